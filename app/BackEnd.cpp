@@ -1,0 +1,556 @@
+#include "app/BackEnd.h"
+
+#include "log/DataSource.h"
+#include "util/Util.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QSettings>
+#include <QtCore/QtMath>
+#include <QtGui/QFontMetrics>
+#include <QtGui/QPalette>
+#include <qpa/qplatformtheme.h>
+#include <private/qguiapplication_p.h>
+#include <QtSensors/QPressureReading>
+#include <QtSerialPort/QSerialPortInfo>
+#include <QtWidgets/QApplication>
+
+#include <cmath>
+
+BackEnd* backend = nullptr;
+
+namespace {
+
+constexpr double NoPressure = -2000.0;
+constexpr qint64 ReadingLifetimeMs = 60000;
+
+bool isSource(int type)
+{
+    return type >= Internal && type <= Udp;
+}
+
+// Station pressure divided by this is the pressure at sea level; h in metres. The order of
+// the operations is kept as written so that results match to the last bit.
+double seaLevelFactor(double h)
+{
+    return std::pow(1.0 + h * -22.55687745833333 / 1000000.0, 5.2561);
+}
+
+} // namespace
+
+BackEnd::BackEnd(QQmlApplicationEngine* engine)
+    : QObject(nullptr)
+    , engine(engine)
+{
+    qWarning() << "BackEnd starting";
+    backend = this;
+    appPath = QStringLiteral("./");
+    tickCounter = 768;
+
+    doubleKeys = {QStringLiteral("elevation"), QStringLiteral("offset")};
+    stringKeys = {QStringLiteral("SettingSerialPort"), QStringLiteral("SettingSerialSpeed"),
+                  QStringLiteral("SettingTcpIpAddress")};
+
+    timerData.setInterval(2000);
+    timerData.setTimerType(Qt::PreciseTimer);
+    connect(&timerData, &QTimer::timeout, this, &BackEnd::slot_timerData, Qt::UniqueConnection);
+
+    settings = new QSettings(appPath + QStringLiteral("brinholt.ini"), QSettings::IniFormat, this);
+
+    settings->value(QStringLiteral("version"), QStringLiteral("1.0"));
+    settings->setValue(QStringLiteral("version"), getVersion());
+
+    startLocationServices();
+
+    if (pressureSensor.connectToBackend()) {
+        connect(&pressureSensor, &QSensor::readingChanged, this, &BackEnd::slot_pressureReading,
+                Qt::UniqueConnection);
+        timerSensor.setSingleShot(true);
+        timerSensor.setTimerType(Qt::PreciseTimer);
+        timerSensor.setInterval(800);
+        connect(&timerSensor, &QTimer::timeout, &pressureSensor, &QSensor::start, Qt::UniqueConnection);
+        pressureSensor.start();
+        sensorStarted = true;
+    } else {
+        qWarning() << "no pressure sensor";
+    }
+
+    timerOperation.setSingleShot(true);
+    timerOperation.setInterval(5000);
+    connect(&timerOperation, &QTimer::timeout, this, &BackEnd::operationTimeout);
+
+    timerData.start();
+
+    startNmea();
+
+    qWarning() << "BackEnd created";
+}
+
+BackEnd::~BackEnd()
+{
+    emit saveWindowSize();
+    settings->sync();
+    delete settings;
+    settings = nullptr;
+    qWarning() << "backend deleted";
+}
+
+// ---- Readings -------------------------------------------------------------------------
+
+void BackEnd::setCurrentPressure(const double& value, const NmeaSourceType& type)
+{
+    if (!isSource(type))
+        return;
+    pressure[type].store(value, std::memory_order_relaxed);
+    if (value < 0.0)
+        pressureAge[type].invalidate();
+    else
+        pressureAge[type].restart();
+}
+
+double BackEnd::getCurrentPressure()
+{
+    for (int type = Internal; type <= Udp; ++type) {
+        const double value = pressure[type].load(std::memory_order_relaxed);
+        if (value > 0.0 && pressureAge[type].isValid() && pressureAge[type].elapsed() < ReadingLifetimeMs)
+            return value;
+    }
+    return NoPressure;
+}
+
+void BackEnd::setPositionData(const QPointF& position, const double& sog, const double& cog,
+                              const NmeaSourceType& type)
+{
+    if (!isSource(type))
+        return;
+    SeqLock::WriteGuard guard(fixLock);
+    Fix& fix = fixes[type];
+    fix.hasFix.store(true, std::memory_order_relaxed);
+    fix.longitude.store(position.x(), std::memory_order_relaxed);
+    fix.latitude.store(position.y(), std::memory_order_relaxed);
+    fix.cog.store(cog, std::memory_order_relaxed);
+    fix.sog.store(sog, std::memory_order_relaxed);
+}
+
+void BackEnd::clearHasFix(const NmeaSourceType& type)
+{
+    if (!isSource(type))
+        return;
+    SeqLock::WriteGuard guard(fixLock);
+    Fix& fix = fixes[type];
+    fix.hasFix.store(false, std::memory_order_relaxed);
+    fix.longitude.store(0.0, std::memory_order_relaxed);
+    fix.latitude.store(0.0, std::memory_order_relaxed);
+}
+
+void BackEnd::clearAllFix()
+{
+    SeqLock::WriteGuard guard(fixLock);
+    for (Fix& fix : fixes) {
+        fix.hasFix.store(false, std::memory_order_relaxed);
+        fix.longitude.store(0.0, std::memory_order_relaxed);
+        fix.latitude.store(0.0, std::memory_order_relaxed);
+    }
+}
+
+BackEnd::ChosenFix BackEnd::chooseFix() const
+{
+    ChosenFix chosen;
+    fixLock.read([&] {
+        chosen = ChosenFix();
+        for (const Fix& fix : fixes) {
+            if (fix.hasFix.load(std::memory_order_relaxed)) {
+                chosen.found = true;
+                chosen.position = QPointF(fix.longitude.load(std::memory_order_relaxed),
+                                          fix.latitude.load(std::memory_order_relaxed));
+                chosen.cog = fix.cog.load(std::memory_order_relaxed);
+                chosen.sog = fix.sog.load(std::memory_order_relaxed);
+                return;
+            }
+        }
+    });
+    return chosen;
+}
+
+QPointF BackEnd::getPosition() const
+{
+    return chooseFix().position;
+}
+
+std::pair<double, double> BackEnd::getCogSog() const
+{
+    const ChosenFix chosen = chooseFix();
+    return {chosen.cog, chosen.sog};
+}
+
+// ---- The tick -------------------------------------------------------------------------
+
+void BackEnd::slot_timerData()
+{
+    if (settings->value(QStringLiteral("theme"), 0).toInt() == 2) {
+        const int answer = isSystemDarkMode() ? 1 : 0;
+        if (answer != previousTheme) {
+            previousTheme = answer;
+            emit systemThemeChanged(answer);
+        }
+    }
+
+    const QString date = Util::formatDateTimeSecs(QDateTime::currentDateTimeUtc());
+
+    const ChosenFix chosen = chooseFix();
+
+    // Exact zero in both components is the one position that is taken for none.
+    const QString position = (!chosen.found || (chosen.position.x() == 0.0 && chosen.position.y() == 0.0))
+            ? QStringLiteral("No Position")
+            : Util::formatPosition(chosen.position.x(), chosen.position.y());
+
+    QString cogsog = QStringLiteral("COG ") + Util::formatDir3(static_cast<int>(chosen.cog))
+            + tr("deg") + QStringLiteral(" T - SOG ") + Util::formatSpeed(chosen.sog * 1.852 / 3.6);
+    if (std::fabs(chosen.cog) <= 1e-12 && std::fabs(chosen.sog) <= 1e-12)
+        cogsog = QStringLiteral("no");
+
+    const double current = getCurrentPressure();
+    if (current < 600.0) {
+        stepTickCounter();
+        emit noPressureAvailable();
+        emit dataUpdated(date, position, cogsog, QStringLiteral("NONE"));
+        return;
+    }
+
+    const QString pressureText = displayPressure(current);
+    const bool written = dataSource != nullptr
+            && dataSource->addData(tickCounter, chosen.position.x(), chosen.position.y(), chosen.cog,
+                                   chosen.sog, getCurrentPressure());
+    if (written)
+        emit dataUpdated(date, position, cogsog, pressureText);
+    stepTickCounter();
+}
+
+void BackEnd::stepTickCounter()
+{
+    if (tickCounter < 767)
+        tickCounter += 2;
+    else
+        tickCounter = 0;
+}
+
+QString BackEnd::displayPressure(double reading)
+{
+    const double elevation = settings->value(QStringLiteral("elevation"), 0.0).toDouble();
+    const int preDisplay = settings->value(QStringLiteral("preDisplay"), 0).toInt();
+    // Read as an integer default on purpose: an absent key is integer zero.
+    const double offset = settings->value(QStringLiteral("offset"), 0).toDouble();
+    double value = reading + offset;
+    if (preDisplay != 1)
+        value /= seaLevelFactor(elevation);
+    return Util::formatPressure(value, true);
+}
+
+// ---- Settings -------------------------------------------------------------------------
+
+QVariant BackEnd::getSetting(QString key, QVariant def)
+{
+    const QVariant value = settings->value(key, def);
+    if (doubleKeys.contains(key))
+        return QVariant(value.toDouble());
+    if (stringKeys.contains(key))
+        return QVariant(value.toString());
+    return QVariant(value.toInt());
+}
+
+void BackEnd::setSetting(QString key, QVariant val)
+{
+    settings->setValue(key, val);
+}
+
+void BackEnd::syncSettings()
+{
+    settings->sync();
+}
+
+QString BackEnd::getVersion()
+{
+    return QStringLiteral("3.0.0");
+}
+
+void BackEnd::pauseService(bool b)
+{
+    if (!b)
+        pauseTime = QDateTime::currentDateTimeUtc();
+}
+
+// ---- Pressure model -------------------------------------------------------------------
+
+double BackEnd::getSerialPressure()
+{
+    return pressure[Serial].load(std::memory_order_relaxed);
+}
+
+QString BackEnd::getPressureSource()
+{
+    for (int type = Internal; type <= Udp; ++type) {
+        const double value = pressure[type].load(std::memory_order_relaxed);
+        if (value > 0.0 && pressureAge[type].isValid() && pressureAge[type].elapsed() < ReadingLifetimeMs) {
+            switch (type) {
+            case Internal:
+                return tr("From internal pressure sensor");
+            case Serial:
+                return tr("From serial connection");
+            case Tcp:
+                return tr("From TCP connection");
+            default:
+                return tr("From UDP connection");
+            }
+        }
+    }
+    return tr("No pressure available");
+}
+
+QString BackEnd::getPressureUnit()
+{
+    static const char* const names[] = {"mb", "hPa", "kPa", "inHg", "mmHg"};
+    const int unit = settings->value(QStringLiteral("unitPre"), 0).toInt();
+    if (unit < 0 || unit > 4)
+        return QString();
+    return QString::fromLatin1(names[unit]);
+}
+
+double BackEnd::convertToHpa(double value)
+{
+    switch (settings->value(QStringLiteral("unitPre"), 0).toInt()) {
+    case 2:
+        return value * 10.0;
+    case 3:
+        return value / 0.029529983071445;
+    case 4:
+        return value / 0.75006157584566;
+    default:
+        return value;
+    }
+}
+
+double BackEnd::convertToOther(double value)
+{
+    switch (settings->value(QStringLiteral("unitPre"), 0).toInt()) {
+    case 2:
+        return value / 10.0;
+    case 3:
+        return value * 0.029529983071445;
+    case 4:
+        return value * 0.75006157584566;
+    default:
+        return value;
+    }
+}
+
+QString BackEnd::getFormatedPressure(int unit, double offset, int levelType, double levelValue)
+{
+    double value = getCurrentPressure() + offset;
+    QString suffix;
+    int decimals = 2;
+    switch (unit) {
+    case 0:
+        suffix = QStringLiteral(" mb");
+        break;
+    case 1:
+        suffix = QStringLiteral(" hPa");
+        break;
+    case 2:
+        value /= 10.0;
+        suffix = QStringLiteral(" kPa");
+        break;
+    case 3:
+        value *= 0.029529983071445;
+        suffix = QStringLiteral(" inHg");
+        decimals = 3;
+        break;
+    case 4:
+        value *= 0.75006157584566;
+        suffix = QStringLiteral(" mmHg");
+        break;
+    default:
+        break;
+    }
+    if (levelType != 1)
+        value /= seaLevelFactor(levelValue);
+    return QStringLiteral("%1").arg(value, 0, 'f', decimals, QLatin1Char(' ')) + suffix;
+}
+
+QString BackEnd::getFormatedPressureMb(double m_pressure)
+{
+    return QStringLiteral("%1").arg(m_pressure, 0, 'f', 2, QLatin1Char(' ')) + QStringLiteral(" mb");
+}
+
+void BackEnd::slot_pressureReading()
+{
+    pressureSensor.stop();
+    if (QPressureReading* reading = pressureSensor.reading())
+        setCurrentPressure(reading->pressure() / 100.0, Internal);
+    timerSensor.start();
+}
+
+// ---- Position intake ------------------------------------------------------------------
+
+void BackEnd::startLocationServices()
+{
+}
+
+void BackEnd::slot_internalPositionUpdated(QGeoPositionInfo g)
+{
+    Q_UNUSED(g)
+}
+
+// ---- Device calibration ---------------------------------------------------------------
+
+void BackEnd::requestCurrentCalibration()
+{
+}
+
+void BackEnd::calibrateBarometer(double offset, double slope, double pressure)
+{
+    Q_UNUSED(offset)
+    Q_UNUSED(slope)
+    Q_UNUSED(pressure)
+}
+
+void BackEnd::resetBarometer()
+{
+}
+
+void BackEnd::slot_calibrationValues(QString message)
+{
+    Q_UNUSED(message)
+}
+
+// ---- NMEA input -----------------------------------------------------------------------
+
+void BackEnd::startNmea()
+{
+}
+
+// ---- Help and privacy documents -------------------------------------------------------
+
+QString BackEnd::getHelpHtml()
+{
+    return QString();
+}
+
+QUrl BackEnd::getHelpBaseUrl()
+{
+    return QUrl();
+}
+
+QUrl BackEnd::getHelpUrl()
+{
+    return QUrl();
+}
+
+QString BackEnd::getPrivacyPolicy()
+{
+    return QString();
+}
+
+// ---- Host queries ---------------------------------------------------------------------
+
+bool BackEnd::isDarkText(const QColor& windowText)
+{
+    return windowText.red() >= 129 && windowText.blue() >= 129 && windowText.green() >= 129;
+}
+
+bool BackEnd::isSystemDarkMode()
+{
+    const QPlatformTheme* theme = QGuiApplicationPrivate::platformTheme();
+    const QPalette* palette = theme ? theme->palette(QPlatformTheme::SystemPalette) : nullptr;
+    if (!palette)
+        return false;
+    return isDarkText(palette->color(QPalette::Current, QPalette::WindowText));
+}
+
+void BackEnd::setPreviousTheme(int i)
+{
+    previousTheme = i;
+}
+
+bool BackEnd::isPhone()
+{
+    return false;
+}
+
+int BackEnd::getColWidth()
+{
+    return QApplication::fontMetrics().horizontalAdvance(
+            QStringLiteral("this is the size of very big big big big column"));
+}
+
+int BackEnd::getHorizontalAdvance(QString string)
+{
+    const QFontMetrics metrics = QApplication::fontMetrics();
+    return qMin(metrics.horizontalAdvance(string),
+                metrics.horizontalAdvance(QStringLiteral("this is enough wide xxxxxxxxxxx")));
+}
+
+QStringList BackEnd::getSerialPorts()
+{
+    QStringList ports;
+    const auto available = QSerialPortInfo::availablePorts();
+    for (const QSerialPortInfo& info : available)
+        ports.append(info.portName() + QLatin1Char(' ') + info.description());
+    return ports;
+}
+
+qlonglong BackEnd::getCurrentTime()
+{
+    return QDateTime::currentSecsSinceEpoch();
+}
+
+void BackEnd::changeAlwaysOn()
+{
+}
+
+bool BackEnd::checkPermissionPart1()
+{
+    return true;
+}
+
+bool BackEnd::checkPermissionPart2()
+{
+    return true;
+}
+
+bool BackEnd::checkPermissionPart3()
+{
+    return true;
+}
+
+bool BackEnd::askPermissionPart1()
+{
+    return true;
+}
+
+bool BackEnd::askPermissionPart2()
+{
+    return true;
+}
+
+bool BackEnd::askPermissionPart3()
+{
+    return true;
+}
+
+bool BackEnd::androidPermissionAlreadyAsked1()
+{
+    return settings->value(QStringLiteral("androidPermissionAsked1"), 0).toInt() == 1;
+}
+
+bool BackEnd::androidPermissionAlreadyAsked2()
+{
+    return settings->value(QStringLiteral("androidPermissionAsked2"), 0).toInt() == 1;
+}
+
+bool BackEnd::androidPermissionAlreadyAsked3()
+{
+    return settings->value(QStringLiteral("androidPermissionAsked3"), 0).toInt() == 1;
+}
+
+void BackEnd::slot_startIosBarometer()
+{
+}

@@ -1,0 +1,161 @@
+#pragma once
+
+#include "nmea/NmeaSourceType.h"
+#include "util/AgeTimer.h"
+#include "util/SeqLock.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QObject>
+#include <QtCore/QPointF>
+#include <QtCore/QSet>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtCore/QTimer>
+#include <QtCore/QUrl>
+#include <QtCore/QVariant>
+#include <QtPositioning/QGeoPositionInfo>
+#include <QtSensors/QPressureSensor>
+
+#include <atomic>
+#include <utility>
+
+class QGeoPositionInfoSource;
+class QQmlApplicationEngine;
+class QSettings;
+class NmeaReceiver;
+class NmeaSenderUdp;
+
+// The present state of the instrument: the latest reading of each source, the settings,
+// the sampling tick and the NMEA receiver.
+class BackEnd : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit BackEnd(QQmlApplicationEngine* engine = nullptr);
+    ~BackEnd() override;
+
+    // Readings. These are called from the receiver's thread as well as the main thread.
+    void setCurrentPressure(const double& value, const NmeaSourceType& type);
+    void setPositionData(const QPointF& position, const double& sog, const double& cog,
+                         const NmeaSourceType& type);
+    void clearHasFix(const NmeaSourceType& type);
+    QPointF getPosition() const;
+    // Course, then speed, of the source that has the position.
+    std::pair<double, double> getCogSog() const;
+
+    // The long-lived settings object, for the readers that go to it directly.
+    QSettings* getSettings() const { return settings; }
+    QString getAppPath() const { return appPath; }
+
+signals:
+    void sendCalibration(QString message);
+    void calibrationValuesReceived(double offset, double slope, double slopeRef, double pressure);
+    void saveWindowSize();
+    void dataUpdated(QString date, QString position, QString cogsog, QString pressure);
+    void systemThemeChanged(int theme);
+    void showFirstAuthorization();
+    void showSecondAuthorization();
+    void calibrationStatus(bool status);
+    void noPressureAvailable();
+    void operationTimeout();
+
+public slots:
+    void slot_timerData();
+    void slot_internalPositionUpdated(QGeoPositionInfo g);
+    void slot_pressureReading();
+    void slot_calibrationValues(QString message);
+    void slot_startIosBarometer();
+
+public:
+    Q_INVOKABLE double getCurrentPressure();
+    Q_INVOKABLE QVariant getSetting(QString key, QVariant def);
+    Q_INVOKABLE void setSetting(QString key, QVariant val);
+    Q_INVOKABLE QString getFormatedPressure(int unit, double offset, int levelType, double levelValue);
+    Q_INVOKABLE void pauseService(bool b);
+    Q_INVOKABLE QString getVersion();
+    Q_INVOKABLE QString getHelpHtml();
+    Q_INVOKABLE QUrl getHelpBaseUrl();
+    Q_INVOKABLE QUrl getHelpUrl();
+    Q_INVOKABLE bool isSystemDarkMode();
+    Q_INVOKABLE void setPreviousTheme(int i);
+    Q_INVOKABLE bool isPhone();
+    Q_INVOKABLE double convertToHpa(double value);
+    Q_INVOKABLE double convertToOther(double value);
+    Q_INVOKABLE void changeAlwaysOn();
+    Q_INVOKABLE bool checkPermissionPart1();
+    Q_INVOKABLE bool checkPermissionPart2();
+    Q_INVOKABLE bool checkPermissionPart3();
+    Q_INVOKABLE bool askPermissionPart1();
+    Q_INVOKABLE bool askPermissionPart2();
+    Q_INVOKABLE bool askPermissionPart3();
+    Q_INVOKABLE void startLocationServices();
+    Q_INVOKABLE void syncSettings();
+    Q_INVOKABLE bool androidPermissionAlreadyAsked1();
+    Q_INVOKABLE bool androidPermissionAlreadyAsked2();
+    Q_INVOKABLE bool androidPermissionAlreadyAsked3();
+    Q_INVOKABLE QString getPrivacyPolicy();
+    Q_INVOKABLE int getColWidth();
+    Q_INVOKABLE QStringList getSerialPorts();
+    Q_INVOKABLE int getHorizontalAdvance(QString string);
+    Q_INVOKABLE void startNmea();
+    Q_INVOKABLE QString getPressureSource();
+    Q_INVOKABLE QString getPressureUnit();
+    Q_INVOKABLE void calibrateBarometer(double offset, double slope, double pressure);
+    Q_INVOKABLE qlonglong getCurrentTime();
+    Q_INVOKABLE void clearAllFix();
+    Q_INVOKABLE QString getFormatedPressureMb(double m_pressure);
+    Q_INVOKABLE void requestCurrentCalibration();
+    Q_INVOKABLE void resetBarometer();
+    Q_INVOKABLE double getSerialPressure();
+
+    // The dark-mode answer for a window text colour: each of red, blue and green at least 129.
+    static bool isDarkText(const QColor& windowText);
+
+private:
+    // One source's position, course and speed. The receiver's thread writes them while the
+    // tick reads them; `fixLock` keeps the four consistent without making the tick wait.
+    struct Fix
+    {
+        std::atomic<bool> hasFix{false};
+        std::atomic<double> longitude{0.0};
+        std::atomic<double> latitude{0.0};
+        std::atomic<double> cog{0.0};
+        std::atomic<double> sog{0.0};
+    };
+    struct ChosenFix
+    {
+        bool found = false;
+        QPointF position;
+        double cog = 0.0;
+        double sog = 0.0;
+    };
+
+    ChosenFix chooseFix() const;
+    void stepTickCounter();
+    QString displayPressure(double pressure);
+
+    QTimer timerData;
+    QTimer timerSensor;
+    QTimer timerOperation;
+    QSettings* settings = nullptr;
+    std::atomic<double> pressure[NmeaSourceCount] = {-2000.0, -2000.0, -2000.0, -2000.0};
+    AgeTimer pressureAge[NmeaSourceCount];
+    int tickCounter = 768;
+    QSet<QString> doubleKeys;
+    QSet<QString> stringKeys;
+    QQmlApplicationEngine* engine = nullptr;
+    // hasFix, position, cog and sog of each source.
+    Fix fixes[NmeaSourceCount];
+    mutable SeqLock fixLock;
+    bool sensorStarted = false;
+    QGeoPositionInfoSource* positionSource = nullptr;
+    QPressureSensor pressureSensor;
+    NmeaSenderUdp* senderUdp = nullptr;
+    QString appPath = QStringLiteral("./");
+    int previousTheme = -1;
+    QDateTime pauseTime;
+    NmeaReceiver* receiver = nullptr;
+};
+
+extern BackEnd* backend;

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QtCharts/QAbstractSeries>
+#include <QtCore/QList>
+#include <QtCore/QMutex>
+#include <QtCore/QObject>
+#include <QtCore/QPointF>
+#include <QtCore/QStringList>
+#include <QtCore/QVariant>
+#include <QtCore/QVector>
+#include <QtSql/QSqlDatabase>
+
+class QQuickView;
+
+// The pressure log: nine SQLite tables of growing span, decimated at write time.
+class DataSource : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DataSource(QQuickView* view, QObject* parent = nullptr);
+    ~DataSource() override;
+
+    // Stores one sample in every table whose interval the tick counter has reached.
+    bool addData(const int& tick, const double& lon, const double& lat, const double& cog,
+                 const double& sog, const double& pressure);
+    void openDatabase();
+    void closeDatabase();
+
+    static constexpr int TableCount = 9;
+    const QStringList& getTableNames() const { return tableNames; }
+    const QList<int>& getTableIntervals() const { return tableIntervals; }
+    // Seconds a table keeps: its interval times 1800, except the 30-minute table.
+    static qint64 retention(int interval);
+
+signals:
+    void chartUpdated(QVariant now, double min, double max, int seriesCount);
+
+public slots:
+    void update(QtCharts::QAbstractSeries* series, int n);
+    QString calcInfo(const QPointF& pt, const int& chartNb);
+    void updateChart(const int& chartNb);
+
+public:
+    Q_INVOKABLE int getTrend();
+    Q_INVOKABLE QVariantList getTableContent(int tableNb);
+    Q_INVOKABLE void removeKey(int tableNb, QString key);
+    Q_INVOKABLE void emptyAllTables();
+    Q_INVOKABLE void emptyOneTable(int n);
+    Q_INVOKABLE QString getTrend3h();
+    Q_INVOKABLE void exportCsv(int tableNb, QString fileName = QString());
+    Q_INVOKABLE void exportGpx(int tableNb, QString fileName = QString());
+    Q_INVOKABLE QPointF getValueAt(const double& timed, const int& chartNb, const QVariant& startDate);
+    Q_INVOKABLE void exportFile(int tableNb, QString fileName);
+
+private:
+    void setTrend();
+    QString databasePath() const;
+
+    QSqlDatabase database;
+    QMutex mutex;
+    QQuickView* view = nullptr;
+    QList<QVector<QPointF>> seriesPoints;
+    QStringList tableNames;
+    QList<int> tableIntervals;
+    int trend = -10;
+    qint64 lastSampleTime = 0;
+};
+
+extern DataSource* dataSource;

@@ -1,0 +1,12 @@
+#pragma once
+
+// Where a reading came from. The order is also the priority: the lowest value with a
+// usable reading wins, and arrays in BackEnd are indexed by it.
+enum NmeaSourceType {
+    Internal = 0,
+    Serial = 1,
+    Tcp = 2,
+    Udp = 3,
+};
+
+constexpr int NmeaSourceCount = 4;
