@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QtCore/QMutex>
+#include <QtCore/QStringList>
+#include <QtCore/QtMessageHandler>
+
+// Records every message Qt logs while it lives (from any thread), for tests that check a
+// diagnostic was or was not written. Messages still reach the previous handler.
+class MessageLog
+{
+public:
+    MessageLog();
+    ~MessageLog();
+    MessageLog(const MessageLog&) = delete;
+    MessageLog& operator=(const MessageLog&) = delete;
+
+    QStringList messages() const;
+    // Number of messages that contain `text`.
+    int count(const QString& text) const;
+    void clear();
+
+private:
+    static void handle(QtMsgType type, const QMessageLogContext& context, const QString& message);
+
+    mutable QMutex mutex;
+    QStringList recorded;
+    QtMessageHandler previous = nullptr;
+};

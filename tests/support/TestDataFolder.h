@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QTemporaryDir>
+
+// A fresh data folder made the working directory for the life of the object, as start-up
+// does with the application's folder; the previous working directory comes back after.
+class TestDataFolder
+{
+public:
+    TestDataFolder();
+    ~TestDataFolder();
+    TestDataFolder(const TestDataFolder&) = delete;
+    TestDataFolder& operator=(const TestDataFolder&) = delete;
+
+    QString path() const;
+    QString filePath(const QString& name) const;
+
+private:
+    QTemporaryDir dir;
+    QString previous;
+};
