@@ -2,6 +2,52 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US">
 <context>
+    <name>BackEnd</name>
+    <message>
+        <source>deg</source>
+        <translation>°</translation>
+    </message>
+    <message>
+        <source>From internal pressure sensor</source>
+        <translation>From internal pressure sensor</translation>
+    </message>
+    <message>
+        <source>From serial connection</source>
+        <translation>From serial connection</translation>
+    </message>
+    <message>
+        <source>From TCP connection</source>
+        <translation>From TCP connection</translation>
+    </message>
+    <message>
+        <source>From UDP connection</source>
+        <translation>From UDP connection</translation>
+    </message>
+    <message>
+        <source>No pressure available</source>
+        <translation>No pressure available</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>deg</source>
+        <translation>°</translation>
+    </message>
+    <message>
+        <source>kts</source>
+        <translation>kts</translation>
+    </message>
+    <message>
+        <source>km/h</source>
+        <translation>km/h</translation>
+    </message>
+    <message>
+        <source>mph</source>
+        <translation>mph</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Brinholt</source>
