@@ -1,5 +1,6 @@
 #include "app/BackEnd.h"
 #include "app/SignalWatcher.h"
+#include "app/Startup.h"
 #include "app/TranslationHandler.h"
 #include "log/DataSource.h"
 #include "util/Util.h"
@@ -8,7 +9,6 @@
 #include <QtCore/QDir>
 #include <QtCore/QLocale>
 #include <QtCore/QProcess>
-#include <QtCore/QSettings>
 #include <QtCore/QUrl>
 #include <QtQml/QQmlApplicationEngine>
 #include <QtQml/QQmlContext>
@@ -20,27 +20,6 @@ namespace {
 
 const QString OrganizationDomain = QStringLiteral("quillmere.com");
 const QString ApplicationIdentifier = QStringLiteral("com.quillmere.brinholt");
-
-// First start decides the language from the host and writes it back; the date order of
-// a first start follows the language (French gets index 1, English index 0).
-QString decideLanguage()
-{
-    QSettings settings(QStringLiteral("./brinholt.ini"), QSettings::IniFormat);
-    QString language;
-    const int stored = settings.value(QStringLiteral("language"), -1).toInt();
-    if (stored == 0) {
-        language = QStringLiteral("en");
-    } else if (stored == -1) {
-        language = QLocale::system().language() == QLocale::French ? QStringLiteral("fr")
-                                                                    : QStringLiteral("en");
-        settings.setValue(QStringLiteral("language"), language == QLatin1String("en") ? 0 : 1);
-    } else {
-        language = QStringLiteral("fr");
-    }
-    if (settings.value(QStringLiteral("formatMMDD"), -1).toInt() == -1)
-        settings.setValue(QStringLiteral("formatMMDD"), language == QLatin1String("en") ? 0 : 1);
-    return language;
-}
 
 } // namespace
 
@@ -62,7 +41,7 @@ int main(int argc, char* argv[])
     QProcess::execute(QStringLiteral("defaults"), defaultsArguments);
 #endif
 
-    const QString language = decideLanguage();
+    const QString language = Startup::decideLanguage(QLocale::system().language());
 
     QFont font = QApplication::font();
     font.setCapitalization(QFont::MixedCase);

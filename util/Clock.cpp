@@ -7,6 +7,7 @@
 
 namespace {
 std::atomic<qint64> fixedSecs{-1};
+std::atomic<qint64> fixedMonotonic{-1};
 std::atomic<qint64> monotonicShift{0};
 }
 
@@ -18,13 +19,22 @@ qint64 Clock::currentSecsSinceEpoch()
 
 qint64 Clock::monotonicMs()
 {
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::milliseconds>(now).count() + monotonicShift.load(std::memory_order_relaxed);
+    qint64 base = fixedMonotonic.load(std::memory_order_relaxed);
+    if (base < 0) {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+        base = std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+    }
+    return base + monotonicShift.load(std::memory_order_relaxed);
 }
 
 void Clock::setFixedSecsSinceEpoch(qint64 secs)
 {
     fixedSecs.store(secs, std::memory_order_relaxed);
+}
+
+void Clock::setFixedMonotonicMs(qint64 ms)
+{
+    fixedMonotonic.store(ms, std::memory_order_relaxed);
 }
 
 void Clock::advanceMonotonicMs(qint64 ms)
@@ -35,5 +45,6 @@ void Clock::advanceMonotonicMs(qint64 ms)
 void Clock::reset()
 {
     fixedSecs.store(-1, std::memory_order_relaxed);
+    fixedMonotonic.store(-1, std::memory_order_relaxed);
     monotonicShift.store(0, std::memory_order_relaxed);
 }

@@ -14,8 +14,9 @@ public:
     // A monotonic reading in milliseconds; only differences mean anything.
     static qint64 monotonicMs();
 
-    // Test hooks. A negative value returns to the real wall clock.
+    // Test hooks. A negative value returns to the real clock.
     static void setFixedSecsSinceEpoch(qint64 secs);
+    static void setFixedMonotonicMs(qint64 ms);
     static void advanceMonotonicMs(qint64 ms);
     static void reset();
 };
