@@ -1,10 +1,13 @@
 #include "app/BackEnd.h"
 
 #include "log/DataSource.h"
+#include "nmea/Nmea0183.h"
+#include "nmea/NmeaReceiver.h"
 #include "util/Util.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QSettings>
+#include <QtCore/QThread>
 #include <QtCore/QtMath>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QPalette>
@@ -403,28 +406,67 @@ void BackEnd::slot_internalPositionUpdated(QGeoPositionInfo g)
 
 void BackEnd::requestCurrentCalibration()
 {
+    const QString message = Nmea0183::createMessageGetCalibration();
+    timerOperation.start();
+    emit sendCalibration(message);
 }
 
 void BackEnd::calibrateBarometer(double offset, double slope, double pressure)
 {
-    Q_UNUSED(offset)
-    Q_UNUSED(slope)
-    Q_UNUSED(pressure)
+    const QString message = Nmea0183::createMessageCalibration(offset, slope, pressure);
+    qWarning() << message;
+    emit sendCalibration(message);
 }
 
 void BackEnd::resetBarometer()
 {
+    emit sendCalibration(Nmea0183::createMessageResetBarometer());
 }
 
 void BackEnd::slot_calibrationValues(QString message)
 {
-    Q_UNUSED(message)
+    // A malformed reply is dropped without a word; the page learns of it by the time-out.
+    if (!message.contains(QLatin1Char('*')) || !message.contains(QLatin1Char(',')))
+        return;
+    const QStringList fields = message.split(QLatin1Char('*'), Qt::KeepEmptyParts)
+                                       .first()
+                                       .split(QLatin1Char(','), Qt::KeepEmptyParts);
+    if (fields.size() < 6)
+        return;
+    timerOperation.stop();
+    qWarning() << "QSP received from calibrationr request" << fields.at(4).toDouble();
+    const double offset = fields.at(2).toDouble();
+    const double slope = static_cast<double>(qRound(fields.at(3).toDouble()));
+    const double slopeRef = fields.at(4).toDouble();
+    const double devicePressure = fields.at(5).toDouble();
+    emit calibrationValuesReceived(offset, slope, slopeRef, devicePressure);
 }
 
 // ---- NMEA input -----------------------------------------------------------------------
 
 void BackEnd::startNmea()
 {
+    // The old receiver ends by itself once its thread has quit; nobody waits for that.
+    if (receiver) {
+        receiver->quitThread();
+        receiver = nullptr;
+    }
+    // No default for the port here: an absent key is empty text, which is not "None", so
+    // a first start makes a receiver with no sources.
+    const bool wanted = settings->value(QStringLiteral("SettingSerialPort")).toString() != QLatin1String("None")
+            || settings->value(QStringLiteral("SettingUseTcp"), 0).toInt() != 0
+            || settings->value(QStringLiteral("SettingUseUdp"), 0).toInt() != 0
+            || settings->value(QStringLiteral("SettingUseUdpOut"), 0).toInt() != 0;
+    if (!wanted)
+        return;
+    receiver = new NmeaReceiver();
+    auto* thread = new QThread();
+    receiver->moveToThread(thread);
+    connect(receiver, &NmeaReceiver::finished, thread, &QThread::quit);
+    connect(thread, &QThread::finished, receiver, &QObject::deleteLater);
+    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+    thread->start(QThread::InheritPriority);
+    receiver->startReceiving();
 }
 
 // ---- Help and privacy documents -------------------------------------------------------

@@ -47,6 +47,8 @@ public:
     // The long-lived settings object, for the readers that go to it directly.
     QSettings* getSettings() const { return settings; }
     QString getAppPath() const { return appPath; }
+    // The NMEA receiver now running, or null; it lives on its own thread.
+    NmeaReceiver* getReceiver() const { return receiver; }
 
 signals:
     void sendCalibration(QString message);

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "nmea/NmeaMessageType.h"
+#include "nmea/NmeaSourceType.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QPointF>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+// Decodes one kind of sentence into a value and hands the value to BackEnd. One object
+// per kind lives as long as the codec, so fields carry over from sentence to sentence.
+class NmeaItem
+{
+public:
+    explicit NmeaItem(const NmeaMessageType& messageType);
+    virtual ~NmeaItem();
+
+    virtual void decode(const QByteArray& sentence, const NmeaSourceType& source);
+    virtual bool updateData(const NmeaSourceType& source);
+
+    static bool decode_Int(const QString& text, int* value);
+    static bool decode_Double(const QString& text, double* value);
+    static bool decode_Position(const QString& lat, const QString& latHemisphere, const QString& lon,
+                                const QString& lonHemisphere, QPointF* position);
+
+    // The fields of a sentence, head included, as every item starts: text up to any NUL,
+    // cut at the first "*", split at "," with empty fields kept.
+    static QStringList splitFields(const QByteArray& sentence);
+    // Values between 0 and 3, both exclusive, are bars; anything else is hectopascals.
+    static double applyBarRule(double value);
+
+    // Plain state, read by the codec's owner and by tests.
+    NmeaMessageType messageType;
+    bool valid = false;
+    bool hasNewData = false;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "nmea/NmeaItem.h"
+
+// MDA, meteorological composite: pressure in inches of mercury (field 1) or bars (field 3).
+class NmeaItemMDA : public NmeaItem
+{
+public:
+    explicit NmeaItemMDA(const NmeaMessageType& messageType);
+
+    void decode(const QByteArray& sentence, const NmeaSourceType& source) override;
+    bool updateData(const NmeaSourceType& source) override;
+
+    double pressure = 0.0;
+};

@@ -1,0 +1,56 @@
+#include "nmea/NmeaItemMMB.h"
+
+#include "app/BackEnd.h"
+
+#include <QtCore/QDebug>
+
+namespace {
+
+// Inches of mercury to bars. Not the same conversion as MDA's 29.53; both are kept.
+constexpr double InchesOfMercuryToBars = 0.033863886866999995;
+
+} // namespace
+
+NmeaItemMMB::NmeaItemMMB(const NmeaMessageType& messageType)
+    : NmeaItem(messageType)
+{
+}
+
+void NmeaItemMMB::decode(const QByteArray& sentence, const NmeaSourceType& source)
+{
+    hasNewData = true;
+    const QStringList fields = splitFields(sentence);
+    if (fields.size() != 5) {
+        qWarning() << "MMB wrong message size" << fields.size();
+        valid = false;
+        return;
+    }
+    valid = false;
+    double value = 0.0;
+    if (!fields.at(3).isEmpty()) {
+        decode_Double(fields.at(3), &value);
+    } else if (!fields.at(1).isEmpty()) {
+        decode_Double(fields.at(1), &value);
+        value *= InchesOfMercuryToBars;
+    } else {
+        hasPressure = false;
+        return;
+    }
+    pressure = applyBarRule(value);
+    hasPressure = true;
+    valid = true;
+    updateData(source);
+}
+
+bool NmeaItemMMB::updateData(const NmeaSourceType& source)
+{
+    if (!hasNewData) {
+        valid = false;
+        return false;
+    }
+    hasNewData = false;
+    if (!valid || !hasPressure)
+        return false;
+    backend->setCurrentPressure(pressure, source);
+    return true;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "nmea/NmeaItem.h"
+
+// MMB, barometer: pressure in bars (field 3) or inches of mercury (field 1).
+class NmeaItemMMB : public NmeaItem
+{
+public:
+    explicit NmeaItemMMB(const NmeaMessageType& messageType);
+
+    void decode(const QByteArray& sentence, const NmeaSourceType& source) override;
+    bool updateData(const NmeaSourceType& source) override;
+
+    double pressure = -2000.0;
+    bool hasPressure = false;
+};

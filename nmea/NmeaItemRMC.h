@@ -1,0 +1,23 @@
+#pragma once
+
+#include "nmea/NmeaItem.h"
+
+#include <QtCore/QPointF>
+#include <QtCore/QString>
+
+// RMC, recommended minimum: position, speed and course. Time and date are not read: the
+// time of a fix is the host's.
+class NmeaItemRMC : public NmeaItem
+{
+public:
+    explicit NmeaItemRMC(const NmeaMessageType& messageType);
+
+    void decode(const QByteArray& sentence, const NmeaSourceType& source) override;
+    bool updateData(const NmeaSourceType& source) override;
+
+    QString status;
+    QPointF position;
+    double speed = 0.0;
+    double course = 0.0;
+    QString mode;
+};

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "nmea/NmeaItem.h"
+
+// XDR, transducer measurements: the value of the last "P" quadruple, whatever the
+// transducer is called.
+class NmeaItemXDR : public NmeaItem
+{
+public:
+    explicit NmeaItemXDR(const NmeaMessageType& messageType);
+
+    void decode(const QByteArray& sentence, const NmeaSourceType& source) override;
+    bool updateData(const NmeaSourceType& source) override;
+
+    double pressure = -2000.0;
+    bool hasPressure = false;
+};

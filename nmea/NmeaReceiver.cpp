@@ -1,0 +1,126 @@
+#include "nmea/NmeaReceiver.h"
+
+#include "app/BackEnd.h"
+#include "nmea/Nmea0183.h"
+#include "nmea/NmeaSenderUdp.h"
+#include "nmea/NmeaSourceSerial.h"
+#include "nmea/NmeaSourceTcp.h"
+#include "nmea/NmeaSourceUdp.h"
+
+#include <QtCore/QThread>
+#include <QtCore/QTimer>
+
+std::atomic<int> NmeaReceiver::delayBehindSerial{5000};
+
+NmeaReceiver::NmeaReceiver()
+    : QObject(nullptr)
+{
+}
+
+NmeaReceiver::~NmeaReceiver()
+{
+    if (timerSend) {
+        timerSend->stop();
+        delete timerSend;
+        timerSend = nullptr;
+    }
+    delete sender;
+    sender = nullptr;
+    qDeleteAll(sources);
+    sources.clear();
+}
+
+void NmeaReceiver::startReceiving()
+{
+    // Queued, so that it runs on the worker thread and the caller returns at once.
+    QTimer::singleShot(0, this, SLOT(slot_startReceiving()));
+}
+
+void NmeaReceiver::quitThread()
+{
+    // The sources live on the worker thread: when the main thread ends the receiver, the
+    // stop runs there and this call waits for it, so that no socket or port is touched
+    // from two threads at once.
+    if (QThread::currentThread() != thread() && thread()->isRunning())
+        QMetaObject::invokeMethod(this, [this] { stopReceiving(); }, Qt::BlockingQueuedConnection);
+    else
+        stopReceiving();
+    emit finished();
+}
+
+void NmeaReceiver::stopReceiving()
+{
+    if (timerSend) {
+        timerSend->stop();
+        delete timerSend;
+        timerSend = nullptr;
+    }
+    if (sender) {
+        delete sender;
+        sender = nullptr;
+    }
+    for (NmeaSource* source : qAsConst(sources))
+        source->stopReceiving();
+    for (NmeaSource* source : qAsConst(sources))
+        delete source;
+    sources.clear();
+}
+
+bool NmeaReceiver::checkMessage(const QByteArray& sentence, NmeaMessageType* type)
+{
+    if (!nmea || !nmea->isMessageImplemented(sentence, type))
+        return false;
+    return Nmea0183::validateChecksum(sentence);
+}
+
+void NmeaReceiver::decode(const QByteArray& sentence, const NmeaMessageType& type, const NmeaSourceType& source)
+{
+    if (nmea)
+        nmea->decode(sentence, type, source);
+}
+
+void NmeaReceiver::slot_startReceiving()
+{
+    int delay = 0;
+    nmea = new Nmea0183(this);
+
+    const QString serialSetting = backend->getSetting(QStringLiteral("SettingSerialPort"), QStringLiteral("None")).toString();
+    if (!serialSetting.isEmpty() && backend->getSetting(QStringLiteral("SettingUseSerial"), 0).toInt() == 1
+        && serialSetting != QLatin1String("None")) {
+        // The setting holds the entry as the port list shows it: port name, a blank and a
+        // description.
+        const QString portName = serialSetting.split(QLatin1Char(' '), Qt::SkipEmptyParts).first();
+        // Deliberately not "SettingSerialSpeed", which is what the Connections page writes.
+        const int speed = backend->getSetting(QStringLiteral("SettingSerialPortSpeed"), 9600).toInt();
+        const int control = backend->getSetting(QStringLiteral("SettingSerialControl"), 0).toInt();
+        const int parity = backend->getSetting(QStringLiteral("SettingSerialParity"), 0).toInt();
+        const int nbBits = backend->getSetting(QStringLiteral("SettingSerialNbBits"), 0).toInt();
+        const int stopBit = backend->getSetting(QStringLiteral("SettingSerialStopBit"), 0).toInt();
+        auto* serial = new NmeaSourceSerial(this, portName, speed, control, parity, nbBits, stopBit);
+        sources.append(serial);
+        QTimer::singleShot(0, serial, SLOT(slot_startReceiving()));
+        delay = delayBehindSerialMs();
+    }
+
+    if (backend->getSetting(QStringLiteral("SettingUseTcp"), 0).toInt() == 1) {
+        const int port = backend->getSetting(QStringLiteral("SettingTcpIpPort"), 10110).toInt();
+        const QString address =
+                backend->getSetting(QStringLiteral("SettingTcpIpAddress"), QStringLiteral("127.000.000.001")).toString();
+        auto* tcp = new NmeaSourceTcp(this, address, port);
+        sources.append(tcp);
+        QTimer::singleShot(delay, tcp, SLOT(slot_startReceiving()));
+    }
+
+    if (backend->getSetting(QStringLiteral("SettingUseUdp"), 0).toInt() == 1) {
+        const int port = backend->getSetting(QStringLiteral("SettingUdpPort"), 10110).toInt();
+        auto* udp = new NmeaSourceUdp(this, QStringLiteral("0.0.0.0"), port);
+        sources.append(udp);
+        QTimer::singleShot(delay, udp, SLOT(slot_startReceiving()));
+    }
+}
+
+void NmeaReceiver::slot_sendUdp()
+{
+    // The periodic output comes with the sending side of NmeaSenderUdp; until then no
+    // timer is made to call this.
+}

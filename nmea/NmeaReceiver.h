@@ -1,0 +1,57 @@
+#pragma once
+
+#include "nmea/NmeaMessageType.h"
+#include "nmea/NmeaSourceType.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QList>
+#include <QtCore/QObject>
+
+#include <atomic>
+
+class Nmea0183;
+class NmeaSenderUdp;
+class NmeaSource;
+class QTimer;
+
+// Everything of NMEA input that runs on the worker thread: the codec, the sources made
+// from the connection settings, and the UDP output. A change of settings throws the whole
+// receiver away (BackEnd::startNmea).
+class NmeaReceiver : public QObject
+{
+    Q_OBJECT
+
+public:
+    NmeaReceiver();
+    ~NmeaReceiver() override;
+
+    void startReceiving();
+    void quitThread();
+    void stopReceiving();
+    bool checkMessage(const QByteArray& sentence, NmeaMessageType* type);
+    void decode(const QByteArray& sentence, const NmeaMessageType& type, const NmeaSourceType& source);
+
+    // For inspection on the receiver's own thread.
+    Nmea0183* getNmea() const { return nmea; }
+    QList<NmeaSource*> getSources() const { return sources; }
+    QTimer* getTimerSend() const { return timerSend; }
+
+    // Milliseconds by which TCP and UDP start behind a serial source. Tests shorten it.
+    static int delayBehindSerialMs() { return delayBehindSerial.load(std::memory_order_relaxed); }
+    static void setDelayBehindSerialMs(int ms) { delayBehindSerial.store(ms, std::memory_order_relaxed); }
+
+signals:
+    void finished();
+
+public slots:
+    void slot_startReceiving();
+    void slot_sendUdp();
+
+private:
+    Nmea0183* nmea = nullptr;
+    QList<NmeaSource*> sources;
+    QTimer* timerSend = nullptr;
+    NmeaSenderUdp* sender = nullptr;
+
+    static std::atomic<int> delayBehindSerial;
+};

@@ -1,0 +1,8 @@
+#include "nmea/NmeaSenderUdp.h"
+
+NmeaSenderUdp::NmeaSenderUdp()
+    : QObject(nullptr)
+{
+}
+
+NmeaSenderUdp::~NmeaSenderUdp() = default;

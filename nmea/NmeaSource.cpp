@@ -1,0 +1,105 @@
+#include "nmea/NmeaSource.h"
+
+#include "app/BackEnd.h"
+#include "nmea/NmeaReceiver.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QTimer>
+
+std::atomic<int> NmeaSource::retryInterval{10000};
+
+NmeaSource::NmeaSource(NmeaReceiver* receiver)
+    : QObject(receiver)
+    , receiver(receiver)
+{
+}
+
+NmeaSource::~NmeaSource()
+{
+    backend->setCurrentPressure(-2000.0, sourceType);
+    qWarning() << "nmea source deleted:" << static_cast<int>(sourceType);
+}
+
+void NmeaSource::stopReceiving()
+{
+}
+
+bool NmeaSource::myWrite(const QString& message)
+{
+    Q_UNUSED(message)
+    return false;
+}
+
+void NmeaSource::slot_startReceiving()
+{
+}
+
+void NmeaSource::reconnect()
+{
+    reconnecting = true;
+    slot_startReceiving();
+}
+
+void NmeaSource::slot_sendMessage(const QString& message)
+{
+    if (message.isEmpty())
+        return;
+    myWrite(message + QStringLiteral("\r\n"));
+}
+
+bool NmeaSource::checkMessage(QString& message)
+{
+    int start = message.indexOf(QLatin1Char('$'));
+    if (start < 0)
+        start = message.indexOf(QLatin1Char('!'));
+    if (start < 0)
+        return false;
+    if (start > 0)
+        message.remove(0, start);
+    return true;
+}
+
+QStringList NmeaSource::splitLines(const QString& text)
+{
+    QStringList lines;
+    const QChar* data = text.constData();
+    const int size = text.size();
+    int start = 0;
+    for (int i = 0; i < size; ++i) {
+        if (isLineEnd(data[i])) {
+            if (i > start)
+                lines.append(text.mid(start, i - start));
+            start = i + 1;
+        }
+    }
+    if (size > start)
+        lines.append(start == 0 ? text : text.mid(start));
+    return lines;
+}
+
+QStringList NmeaSource::takeCompleteLines(QString& buffer)
+{
+    QStringList lines = splitLines(buffer);
+    if (lines.isEmpty())
+        return lines;
+    if (isLineEnd(buffer.back()))
+        buffer.clear();
+    else
+        buffer = lines.takeLast();
+    return lines;
+}
+
+void NmeaSource::scheduleReconnect(int ms)
+{
+    QTimer::singleShot(ms, this, &NmeaSource::reconnect);
+}
+
+bool NmeaSource::handOn(const QString& line)
+{
+    const QByteArray sentence = line.toUtf8();
+    NmeaMessageType type = Mda;
+    if (!receiver->checkMessage(sentence, &type))
+        return false;
+    receiver->decode(sentence, type, sourceType);
+    return true;
+}

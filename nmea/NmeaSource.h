@@ -1,0 +1,66 @@
+#pragma once
+
+#include "nmea/NmeaSourceType.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <atomic>
+
+class NmeaReceiver;
+
+// Common base of the input transports: the receiver, the source's type, the retry state,
+// and the line splitting and hand-over to the codec that all transports share.
+class NmeaSource : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit NmeaSource(NmeaReceiver* receiver);
+    ~NmeaSource() override;
+
+    virtual void stopReceiving();
+    virtual bool myWrite(const QString& message);
+
+    // Cuts any rubbish ahead of the first "$" (or, without one, the first "!").
+    bool checkMessage(QString& message);
+
+    // LF, CR LF, CR and a backslash all end a line, on every transport.
+    static bool isLineEnd(QChar c) { return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QLatin1Char('\\'); }
+    // The lines of `text`, empty ones dropped.
+    static QStringList splitLines(const QString& text);
+    // The complete lines of `buffer`; an unfinished last line stays behind in it. With no
+    // lines at all the buffer is left as it was.
+    static QStringList takeCompleteLines(QString& buffer);
+
+    // Milliseconds between attempts to bring a lost transport back. Tests shorten it.
+    static int retryIntervalMs() { return retryInterval.load(std::memory_order_relaxed); }
+    static void setRetryIntervalMs(int ms) { retryInterval.store(ms, std::memory_order_relaxed); }
+
+    NmeaSourceType getSourceType() const { return sourceType; }
+    bool isConnected() const { return connected; }
+    bool isReconnecting() const { return reconnecting; }
+    bool isReadWrite() const { return readWrite; }
+
+public slots:
+    virtual void slot_startReceiving();
+    void reconnect();
+    void slot_sendMessage(const QString& message);
+
+protected:
+    // A single shot to reconnect() after `ms`, cancelled if the source goes first.
+    void scheduleReconnect(int ms);
+    void scheduleReconnect() { scheduleReconnect(retryIntervalMs()); }
+    // Hands one line to the codec; false if the codec refused it.
+    bool handOn(const QString& line);
+
+    NmeaReceiver* receiver;
+    bool connected = false;
+    bool reconnecting = false;
+    bool readWrite = false;
+    NmeaSourceType sourceType = Internal;
+
+private:
+    static std::atomic<int> retryInterval;
+};

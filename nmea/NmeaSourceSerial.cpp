@@ -1,0 +1,224 @@
+#include "nmea/NmeaSourceSerial.h"
+
+#include "app/BackEnd.h"
+
+#include <QtCore/QDebug>
+
+NmeaSourceSerial::NmeaSourceSerial(NmeaReceiver* receiver, const QString& portName, const int& baudRate,
+                                   const int& flowControl, const int& parity, const int& nbBits, const int& stopBit)
+    : NmeaSource(receiver)
+    , portName(portName)
+    , baudRate(baudRate)
+    , parity(parity)
+    , nbBits(nbBits)
+    , stopBit(stopBit)
+    , flowControl(flowControl)
+{
+    sourceType = Serial;
+    readWrite = true;
+    // BackEnd lives on the main thread, this source on the worker thread.
+    connect(backend, &BackEnd::sendCalibration, this, &NmeaSource::slot_sendMessage, Qt::QueuedConnection);
+    connect(this, &NmeaSourceSerial::calibrationStatus, backend, &BackEnd::calibrationStatus, Qt::QueuedConnection);
+    connect(this, &NmeaSourceSerial::calibrationValues, backend, &BackEnd::slot_calibrationValues,
+            Qt::QueuedConnection);
+}
+
+NmeaSourceSerial::~NmeaSourceSerial()
+{
+    stopReceiving();
+    qWarning() << "NmeaSourceSerial deleted" << portName;
+}
+
+QSerialPort::FlowControl NmeaSourceSerial::flowControlFor(int index)
+{
+    switch (index) {
+    case 1:
+        return QSerialPort::HardwareControl;
+    case 2:
+        return QSerialPort::SoftwareControl;
+    default:
+        return QSerialPort::NoFlowControl;
+    }
+}
+
+QSerialPort::Parity NmeaSourceSerial::parityFor(int index)
+{
+    switch (index) {
+    case 1:
+        return QSerialPort::EvenParity;
+    case 2:
+        return QSerialPort::OddParity;
+    case 3:
+        return QSerialPort::SpaceParity;
+    case 4:
+        return QSerialPort::MarkParity;
+    default:
+        return QSerialPort::NoParity;
+    }
+}
+
+QSerialPort::DataBits NmeaSourceSerial::dataBitsFor(int index)
+{
+    switch (index) {
+    case 1:
+        return QSerialPort::Data7;
+    case 2:
+        return QSerialPort::Data6;
+    case 3:
+        return QSerialPort::Data5;
+    default:
+        return QSerialPort::Data8;
+    }
+}
+
+QSerialPort::StopBits NmeaSourceSerial::stopBitsFor(int index)
+{
+    switch (index) {
+    case 1:
+        return QSerialPort::OneAndHalfStop;
+    case 2:
+        return QSerialPort::TwoStop;
+    default:
+        return QSerialPort::OneStop;
+    }
+}
+
+bool NmeaSourceSerial::myWrite(const QString& message)
+{
+    if (!serial || message.isEmpty())
+        return false;
+    return serial->write(message.toUtf8()) > 0;
+}
+
+void NmeaSourceSerial::slot_startReceiving()
+{
+    stopReceiving();
+    delete serial;
+    serial = nullptr;
+
+    serial = new QSerialPort(this);
+    // A name that is a path (a pseudo-terminal, a link to one) is opened as it stands.
+    serial->setPortName(portName);
+    serial->setBaudRate(baudRate, QSerialPort::AllDirections);
+    serial->setFlowControl(flowControlFor(flowControl));
+    serial->setParity(parityFor(parity));
+    serial->setDataBits(dataBitsFor(nbBits));
+    serial->setStopBits(stopBitsFor(stopBit));
+
+    if (!serial->open(readWrite ? QIODevice::ReadWrite : QIODevice::ReadOnly)) {
+        // Unlike the network sources this one never gives up, so that a device plugged in
+        // later is found.
+        qWarning() << "error opening serial port" << serial->errorString();
+        scheduleReconnect();
+        delete serial;
+        serial = nullptr;
+        return;
+    }
+
+    // Data terminal ready goes on before errors are watched: a line without modem control
+    // (a pseudo-terminal, some adapters) refuses it, and that refusal is no fault of the
+    // link.
+    serial->setDataTerminalReady(true);
+    connect(serial, &QSerialPort::errorOccurred, this, &NmeaSourceSerial::slot_errorOccured);
+    skipCount = 0;
+    qWarning() << portName << "opened successfully";
+    connected = true;
+    reconnecting = false;
+    connect(serial, &QSerialPort::readyRead, this, &NmeaSourceSerial::slot_readyRead, Qt::UniqueConnection);
+    qWarning() << "serial port started" << portName << baudRate;
+}
+
+void NmeaSourceSerial::slot_readyRead()
+{
+    if (!serial)
+        return;
+    const QByteArray block = serial->readAll();
+
+    // The first two blocks after construction are thrown away, whatever their size; a
+    // reconnect skips nothing.
+    if (skipStart) {
+        const bool seenOne = skipCount > 0;
+        ++skipCount;
+        if (seenOne)
+            skipStart = false;
+        return;
+    }
+
+    buffer.append(block);
+    if (buffer.isEmpty())
+        return;
+
+    const int nul = buffer.indexOf('\0');
+    QStringList lines = splitLines(QString::fromLatin1(buffer.constData(), nul >= 0 ? nul : buffer.size()));
+    if (lines.isEmpty())
+        return;
+    if (isLineEnd(QLatin1Char(buffer.back())))
+        buffer.clear();
+    else
+        buffer = lines.takeLast().toUtf8();
+
+    for (const QString& line : qAsConst(lines))
+        handleLine(line);
+}
+
+void NmeaSourceSerial::handleLine(QString line)
+{
+    // Line noise ahead of the sentence is stripped here, unlike on the network sources.
+    int start = 0;
+    while (start < line.size() && line.at(start) != QLatin1Char('$') && line.at(start) != QLatin1Char('!'))
+        ++start;
+    line.remove(0, start);
+    if (line.isEmpty())
+        return;
+
+    // Replies of the device are known by their start; their checksums are not looked at.
+    if (line.startsWith(QLatin1String("$PWEGB,OK"))) {
+        emit calibrationStatus(true);
+        return;
+    }
+    if (line.startsWith(QLatin1String("$PWEGB,ERR"))) {
+        emit calibrationStatus(false);
+        return;
+    }
+    if (line.startsWith(QLatin1String("$PWEGB,CAL,"))) {
+        emit calibrationValues(line);
+        qWarning() << portName << "Calibration value" << line;
+        return;
+    }
+    if (!handOn(line))
+        qWarning() << "message rejected by NMEA module";
+}
+
+void NmeaSourceSerial::slot_errorOccured(QSerialPort::SerialPortError error)
+{
+    // NoError is how the port reports success; every other value is a lost link.
+    if (error == QSerialPort::NoError || !serial)
+        return;
+    qWarning() << "error occured on port" << portName << error << serial->errorString();
+    // A failing port keeps reporting until it is gone; one report is enough.
+    serial->disconnect(this);
+    serial->deleteLater();
+    serial = nullptr;
+    connected = false;
+    backend->setCurrentPressure(-2000.0, Serial);
+    scheduleReconnect();
+}
+
+void NmeaSourceSerial::stopReceiving()
+{
+    if (serial) {
+        disconnect(serial, &QSerialPort::readyRead, this, &NmeaSourceSerial::slot_readyRead);
+        // A port closed on purpose has no errors to report, and one without modem control
+        // would report the switch below.
+        disconnect(serial, &QSerialPort::errorOccurred, this, &NmeaSourceSerial::slot_errorOccured);
+        if (serial->isOpen()) {
+            serial->setDataTerminalReady(false);
+            serial->close();
+            qWarning() << "serial port closed";
+        }
+        delete serial;
+        serial = nullptr;
+    }
+    backend->setCurrentPressure(-2000.0, Serial);
+    connected = false;
+}

@@ -1,0 +1,160 @@
+#include "nmea/NmeaSourceTcp.h"
+
+#include "app/BackEnd.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QTimer>
+#include <QtNetwork/QTcpSocket>
+
+NmeaSourceTcp::NmeaSourceTcp(NmeaReceiver* receiver, const QString& host, const int& port)
+    : NmeaSource(receiver)
+    , port(port)
+    , host(host)
+{
+    sourceType = Tcp;
+    watchdog = nullptr;
+}
+
+NmeaSourceTcp::~NmeaSourceTcp() = default;
+
+bool NmeaSourceTcp::myWrite(const QString& message)
+{
+    if (!socket || message.isEmpty())
+        return false;
+    return socket->write(message.toUtf8()) > 0;
+}
+
+void NmeaSourceTcp::slot_startReceiving()
+{
+    stopReceiving();
+    socket = new QTcpSocket(this);
+    socket->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
+    qWarning() << "trying to connect to tcp";
+    // The host goes as the user typed it, zero-padded default included.
+    socket->connectToHost(host, static_cast<quint16>(port), QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
+    // Blocks the worker thread, and every source on it, for up to 5 seconds.
+    if (socket->waitForConnected(5000)) {
+        connect(socket, &QTcpSocket::disconnected, this, &NmeaSourceTcp::slot_tcpSocketDisconnected,
+                Qt::UniqueConnection);
+        connect(socket, &QTcpSocket::errorOccurred, this, &NmeaSourceTcp::slot_tcpError, Qt::UniqueConnection);
+        connect(socket, &QTcpSocket::readyRead, this, &NmeaSourceTcp::slot_readData, Qt::UniqueConnection);
+        qWarning() << "tcp source activated";
+        connected = true;
+        reconnecting = false;
+        if (watchdog)
+            watchdog->start();
+        return;
+    }
+
+    connected = false;
+    qWarning() << socket->errorString();
+    if (reconnecting) {
+        // Once a connection has existed the retries never end. The socket stays for the
+        // next start to remove.
+        qWarning() << "trying to reconnect to Tcp";
+        scheduleReconnect();
+    } else {
+        // A server absent at the first attempt leaves the source dead until the next
+        // start of the receiver.
+        socket->deleteLater();
+        socket = nullptr;
+        backend->setCurrentPressure(-2000.0, Tcp);
+        qWarning() << "failed to connect to TCP host" << host << port;
+    }
+}
+
+void NmeaSourceTcp::slot_readData()
+{
+    if (watchdog)
+        watchdog->stop();
+    if (!socket)
+        return;
+    const QByteArray data = socket->readAll();
+    const int nul = data.indexOf('\0');
+    buffer += QString::fromLatin1(data.constData(), nul >= 0 ? nul : data.size());
+    const QStringList lines = takeCompleteLines(buffer);
+    if (lines.isEmpty()) {
+        if (watchdog)
+            watchdog->start();
+        return;
+    }
+    for (const QString& line : lines) {
+        // Rubbish ahead of the "$" is not stripped on TCP.
+        if (!line.startsWith(QLatin1Char('$')) && !line.startsWith(QLatin1Char('!')))
+            continue;
+        handOn(line);
+    }
+    if (watchdog)
+        watchdog->start();
+}
+
+void NmeaSourceTcp::disconnectSocket()
+{
+    disconnect(socket, &QTcpSocket::readyRead, this, &NmeaSourceTcp::slot_readData);
+    disconnect(socket, &QTcpSocket::errorOccurred, this, &NmeaSourceTcp::slot_tcpError);
+    disconnect(socket, &QTcpSocket::disconnected, this, &NmeaSourceTcp::slot_tcpSocketDisconnected);
+}
+
+void NmeaSourceTcp::slot_tcpError(QAbstractSocket::SocketError error)
+{
+    Q_UNUSED(error)
+    if (watchdog)
+        watchdog->stop();
+    if (!socket)
+        return;
+    qWarning() << "tcp socket error" << socket->errorString();
+    disconnectSocket();
+    socket->disconnectFromHost();
+    if (socket->state() != QAbstractSocket::UnconnectedState)
+        socket->waitForDisconnected(5000);
+    socket->deleteLater();
+    socket = nullptr;
+    reconnecting = true;
+    backend->setCurrentPressure(-2000.0, Tcp);
+    scheduleReconnect();
+}
+
+void NmeaSourceTcp::slot_tcpSocketDisconnected()
+{
+    if (watchdog)
+        watchdog->stop();
+    if (!socket)
+        return;
+    qWarning() << "tcp socket disconnected" << socket->errorString();
+    disconnectSocket();
+    socket->deleteLater();
+    socket = nullptr;
+    reconnecting = true;
+    backend->setCurrentPressure(-2000.0, Tcp);
+    scheduleReconnect();
+}
+
+void NmeaSourceTcp::slot_timeOut()
+{
+    if (!socket)
+        return;
+    disconnectSocket();
+    socket->abort();
+    socket->deleteLater();
+    socket = nullptr;
+    reconnecting = true;
+    backend->setCurrentPressure(-2000.0, Tcp);
+    scheduleReconnect(10);
+}
+
+void NmeaSourceTcp::stopReceiving()
+{
+    if (watchdog)
+        watchdog->stop();
+    if (socket) {
+        // The reverse order of the UDP source's.
+        disconnectSocket();
+        socket->disconnectFromHost();
+        if (socket->state() != QAbstractSocket::UnconnectedState)
+            socket->waitForDisconnected(5000);
+        socket->deleteLater();
+        socket = nullptr;
+    }
+    backend->setCurrentPressure(-2000.0, Tcp);
+    connected = false;
+}

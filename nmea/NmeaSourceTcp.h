@@ -1,0 +1,42 @@
+#pragma once
+
+#include "nmea/NmeaSource.h"
+
+#include <QtNetwork/QAbstractSocket>
+
+class QTcpSocket;
+class QTimer;
+
+// A TCP client of a server that streams sentences.
+class NmeaSourceTcp : public NmeaSource
+{
+    Q_OBJECT
+
+public:
+    NmeaSourceTcp(NmeaReceiver* receiver, const QString& host, const int& port);
+    ~NmeaSourceTcp() override;
+
+    void stopReceiving() override;
+    bool myWrite(const QString& message) override;
+
+    QTcpSocket* getSocket() const { return socket; }
+    QString getBuffer() const { return buffer; }
+    QString getHost() const { return host; }
+
+public slots:
+    void slot_startReceiving() override;
+    void slot_tcpError(QAbstractSocket::SocketError error);
+    void slot_readData();
+    void slot_tcpSocketDisconnected();
+    void slot_timeOut();
+
+private:
+    void disconnectSocket();
+
+    QTcpSocket* socket = nullptr;
+    int port;
+    QString host;
+    QString buffer;
+    // Never created: every use tests it first. A silent server is left to age out.
+    QTimer* watchdog = nullptr;
+};
