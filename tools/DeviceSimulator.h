@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QTimer>
+
+#include <random>
+
+class QSocketNotifier;
+
+// Plays the USB pressure device on a pseudo-terminal: pressure as XDR and MDA sentences at
+// a fixed interval, and the $PWEGB calibration dialogue. It can be made to misbehave, so
+// that the application's handling of a bad or lost device can be watched without one.
+class DeviceSimulator : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Options
+    {
+        int intervalMs = 1000;
+        quint32 seed = 1;
+        double basePressure = 1013.25;
+        int replyDelayMs = 50;
+        // A symbolic link kept pointing at the current terminal, so that the path stays
+        // the same when the device vanishes and comes back.
+        QString linkPath;
+        bool silent = false;
+        bool answerErr = false;
+        bool noise = false;
+        bool noLineEnd = false;
+    };
+
+    explicit DeviceSimulator(const Options& options, QObject* parent = nullptr);
+    ~DeviceSimulator() override;
+
+    // Opens the terminal pair; false if the system has none to give.
+    bool open();
+    // The path the application opens: the link if there is one, else the terminal itself.
+    QString devicePath() const;
+    QString terminalPath() const { return slavePath; }
+    bool isPresent() const { return masterFd >= 0; }
+
+    // Misbehaviour, switched at run time.
+    void setSilent(bool on) { options.silent = on; }
+    void setAnswerErr(bool on) { options.answerErr = on; }
+    void setNoise(bool on) { options.noise = on; }
+    void setNoLineEnd(bool on) { options.noLineEnd = on; }
+    void setBasePressure(double hPa) { options.basePressure = hPa; }
+    // Closes the device's side, as pulling the plug does.
+    void vanish();
+    // A new terminal, behind the same link if there is one.
+    bool comeBack();
+    // Sends raw bytes as they are (tests use it for deliberately broken lines).
+    void sendRaw(const QByteArray& bytes);
+
+    // The calibration the device holds.
+    double offset() const { return calOffset; }
+    double slope() const { return calSlope; }
+    double reference() const { return calReference; }
+    // The pressure the device measures now, calibration applied, in hectopascals.
+    double currentPressure() const;
+
+    static QByteArray checksum(const QByteArray& body);
+    static QByteArray sentence(const QByteArray& body);
+
+    static constexpr double FactoryOffset = 0.0;
+    static constexpr double FactorySlope = 0.0;
+    static constexpr double FactoryReference = 1013.25;
+
+signals:
+    void pathChanged(const QString& path);
+    void commandReceived(const QByteArray& line);
+
+private:
+    void sendPressure();
+    void readCommands();
+    void handleCommand(const QByteArray& line);
+    void reply(const QByteArray& body);
+    void writeLine(const QByteArray& line);
+    void writeBytes(const QByteArray& bytes);
+    QByteArray noiseBytes(int count);
+    void closeTerminal();
+
+    Options options;
+    int masterFd = -1;
+    // Held open so that the terminal stays raw and the line has no hang-up while the
+    // application is away.
+    int slaveHoldFd = -1;
+    QString slavePath;
+    QSocketNotifier* readNotifier = nullptr;
+    QTimer sendTimer;
+    QByteArray incoming;
+    std::mt19937 random;
+    double drift = 0.0;
+    qint64 samples = 0;
+    double calOffset = FactoryOffset;
+    double calSlope = FactorySlope;
+    double calReference = FactoryReference;
+};

@@ -1,0 +1,140 @@
+// brinholt-devicesim: a stand-in for the USB pressure device on a pseudo-terminal.
+//
+// Prints the path to give the application as its serial port, then runs until stdin
+// closes or "quit" is read. Commands on stdin, one a line:
+//   silent on|off   noise on|off   noend on|off   err on|off
+//   pressure HPA    vanish    return    send TEXT    quit
+#include "tools/DeviceSimulator.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
+#include <QtCore/QSocketNotifier>
+#include <QtCore/QTextStream>
+#include <QtCore/QTimer>
+
+#include <unistd.h>
+
+namespace {
+
+QTextStream& out()
+{
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+void printPath(const QString& path)
+{
+    out() << path << Qt::endl;
+}
+
+bool isOn(const QString& word)
+{
+    return word == QLatin1String("on") || word == QLatin1String("1") || word.isEmpty();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("brinholt-devicesim"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+            "Simulates the USB pressure device on a pseudo-terminal. Commands on stdin: silent on|off, "
+            "noise on|off, noend on|off, err on|off, pressure HPA, vanish, return, send TEXT, quit."));
+    parser.addHelpOption();
+    const QCommandLineOption interval(QStringLiteral("interval"), QStringLiteral("Milliseconds between readings (1000)."),
+                                      QStringLiteral("ms"), QStringLiteral("1000"));
+    const QCommandLineOption seed(QStringLiteral("seed"), QStringLiteral("Seed of the weather (from the clock)."),
+                                  QStringLiteral("n"));
+    const QCommandLineOption pressure(QStringLiteral("pressure"), QStringLiteral("Mean pressure in hPa (1013.25)."),
+                                      QStringLiteral("hPa"), QStringLiteral("1013.25"));
+    const QCommandLineOption replyDelay(QStringLiteral("reply-delay"),
+                                        QStringLiteral("Milliseconds before a command is answered (50)."),
+                                        QStringLiteral("ms"), QStringLiteral("50"));
+    const QCommandLineOption link(QStringLiteral("link"),
+                                  QStringLiteral("Keep a symbolic link at this path pointing at the terminal."),
+                                  QStringLiteral("path"));
+    const QCommandLineOption silent(QStringLiteral("silent"), QStringLiteral("Send nothing and answer nothing."));
+    const QCommandLineOption err(QStringLiteral("err"), QStringLiteral("Answer every command with ERR."));
+    const QCommandLineOption noise(QStringLiteral("noise"), QStringLiteral("Send line noise around the sentences."));
+    const QCommandLineOption noEnd(QStringLiteral("no-end"), QStringLiteral("Send sentences without a line end."));
+    const QCommandLineOption vanishAfter(QStringLiteral("vanish-after"),
+                                         QStringLiteral("Close the device's side after this many ms."),
+                                         QStringLiteral("ms"));
+    const QCommandLineOption returnAfter(QStringLiteral("return-after"),
+                                         QStringLiteral("Come back this many ms after vanishing."), QStringLiteral("ms"));
+    parser.addOptions({interval, seed, pressure, replyDelay, link, silent, err, noise, noEnd, vanishAfter, returnAfter});
+    parser.process(app);
+
+    DeviceSimulator::Options options;
+    options.intervalMs = qMax(1, parser.value(interval).toInt());
+    options.seed = parser.isSet(seed) ? parser.value(seed).toUInt()
+                                      : static_cast<quint32>(QDateTime::currentMSecsSinceEpoch());
+    options.basePressure = parser.value(pressure).toDouble();
+    options.replyDelayMs = qMax(0, parser.value(replyDelay).toInt());
+    options.linkPath = parser.value(link);
+    options.silent = parser.isSet(silent);
+    options.answerErr = parser.isSet(err);
+    options.noise = parser.isSet(noise);
+    options.noLineEnd = parser.isSet(noEnd);
+
+    DeviceSimulator simulator(options);
+    if (!simulator.open()) {
+        QTextStream(stderr) << "no pseudo-terminal available" << Qt::endl;
+        return 1;
+    }
+    printPath(simulator.devicePath());
+    QObject::connect(&simulator, &DeviceSimulator::pathChanged, &app, [](const QString& path) { printPath(path); });
+
+    if (parser.isSet(vanishAfter)) {
+        const int returnMs = parser.isSet(returnAfter) ? parser.value(returnAfter).toInt() : -1;
+        QTimer::singleShot(parser.value(vanishAfter).toInt(), &simulator, [&simulator, returnMs] {
+            simulator.vanish();
+            if (returnMs >= 0)
+                QTimer::singleShot(returnMs, &simulator, [&simulator] { simulator.comeBack(); });
+        });
+    }
+
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QByteArray pending;
+    QObject::connect(&input, &QSocketNotifier::activated, &app, [&] {
+        char chunk[1024];
+        const ssize_t n = ::read(STDIN_FILENO, chunk, sizeof chunk);
+        if (n <= 0) {
+            input.setEnabled(false);
+            QCoreApplication::quit();
+            return;
+        }
+        pending.append(chunk, static_cast<int>(n));
+        int end;
+        while ((end = pending.indexOf('\n')) >= 0) {
+            const QString line = QString::fromUtf8(pending.left(end)).trimmed();
+            pending.remove(0, end + 1);
+            const QString word = line.section(QLatin1Char(' '), 0, 0);
+            const QString rest = line.section(QLatin1Char(' '), 1);
+            if (word == QLatin1String("silent"))
+                simulator.setSilent(isOn(rest));
+            else if (word == QLatin1String("noise"))
+                simulator.setNoise(isOn(rest));
+            else if (word == QLatin1String("noend"))
+                simulator.setNoLineEnd(isOn(rest));
+            else if (word == QLatin1String("err"))
+                simulator.setAnswerErr(isOn(rest));
+            else if (word == QLatin1String("pressure"))
+                simulator.setBasePressure(rest.toDouble());
+            else if (word == QLatin1String("vanish"))
+                simulator.vanish();
+            else if (word == QLatin1String("return"))
+                simulator.comeBack();
+            else if (word == QLatin1String("send"))
+                simulator.sendRaw(rest.toUtf8() + "\r\n");
+            else if (word == QLatin1String("quit"))
+                QCoreApplication::quit();
+        }
+    });
+
+    return QCoreApplication::exec();
+}
