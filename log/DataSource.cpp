@@ -1,15 +1,28 @@
 #include "log/DataSource.h"
 
 #include "app/BackEnd.h"
+#include "log/CsvExport.h"
+#include "log/GpxExport.h"
 #include "util/Clock.h"
+#include "util/Util.h"
 
 #include <QtCharts/QAbstractAxis>
+#include <QtCharts/QXYSeries>
+#include <QtCore/QDateTime>
 #include <QtCore/QDebug>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QMutexLocker>
 #include <QtCore/QSettings>
+#include <QtCore/QUrl>
+#include <QtCore/QtMath>
+#include <QtGui/QDesktopServices>
 #include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
+
+#include <cmath>
+#include <mutex>
 
 DataSource* dataSource = nullptr;
 
@@ -23,6 +36,27 @@ const QString DeleteOlder = QStringLiteral("DELETE FROM %1 WHERE TIME < %2;");
 const QString InsertRow = QStringLiteral(
         "INSERT INTO %1 (TIME, LON, LAT, COG, SOG, PRE, ELE, OFS) "
         "VALUES (:TIME, :LON, :LAT, :COG, :SOG, :PRE, :ELE, :OFS);");
+const QString NearestInBaro3h = QStringLiteral("SELECT * from BARO3H ORDER BY ABS(%1 - TIME) LIMIT 1");
+const QString ChartRows = QStringLiteral("SELECT * FROM %1 ORDER BY TIME DESC;");
+const QString RowAt = QStringLiteral("SELECT * from %1 WHERE TIME = %2");
+const QString RowAfter = QStringLiteral("SELECT * from %1 WHERE TIME > %2 ORDER BY TIME LIMIT 1");
+const QString RowBefore = QStringLiteral("SELECT * from %1 WHERE TIME < %2 ORDER BY TIME DESC LIMIT 1");
+const QString NewestTime = QStringLiteral("SELECT TIME FROM %1 ORDER BY TIME DESC LIMIT 1;");
+const QString RowsNewestFirst = QStringLiteral("SELECT * FROM %1 ORDER BY TIME DESC");
+const QString DeleteRow = QStringLiteral("DELETE FROM %1 WHERE TIME = %2;");
+const QString DeleteAll = QStringLiteral("DELETE FROM %1");
+
+// Columns of a row, in the order of the table's definition.
+enum Column { Time = 0, Lon = 1, Lat = 2, Cog = 3, Sog = 4, Pre = 5, Ele = 6, Ofs = 7 };
+
+// The mark for "no value here" at the chart cursor, in hPa before conversion.
+constexpr double NoValue = -1000.0;
+
+// A hundredth of the chosen unit, which is what the chart and the cursor show.
+double roundToHundredths(double value)
+{
+    return qRound(value * 100) / 100.0;
+}
 }
 
 DataSource::DataSource(QQuickView* view, QObject* parent)
@@ -74,6 +108,43 @@ QString DataSource::databasePath() const
 qint64 DataSource::retention(int interval)
 {
     return interval == 2 ? 1800 : qint64(interval) * 1800;
+}
+
+double DataSource::seaLevelPressure(double stationPressure, double elevation)
+{
+    if (std::fabs(elevation) <= 1e-12)
+        return stationPressure;
+    // The order of the operations is kept so that the log agrees with the live display.
+    return stationPressure / std::pow(elevation * -22.55687745833333 / 1000000 + 1.0, 5.2561);
+}
+
+double DataSource::displayedPressure(double pressure, double elevation, double offset, int preDisplay)
+{
+    const double station = pressure + offset;
+    return preDisplay == 0 ? seaLevelPressure(station, elevation) : station;
+}
+
+double DataSource::pressureUnitFactor()
+{
+    switch (backend->getSetting(QStringLiteral("unitPre"), 0).toInt()) {
+    case 2:
+        return 0.1;
+    case 3:
+        return 0.029529983071445;
+    case 4:
+        return 0.75006157584566;
+    default:
+        return 1.0;
+    }
+}
+
+double DataSource::secondsPerUnit(int chartNb)
+{
+    if (chartNb == 0)
+        return 60.0;
+    if (chartNb <= 5)
+        return 3600.0;
+    return 86400.0;
 }
 
 bool DataSource::addData(const int& tick, const double& lon, const double& lat, const double& cog,
@@ -149,8 +220,30 @@ void DataSource::openDatabase()
 
 // ---- Tendency -------------------------------------------------------------------------
 
+// Runs under addData's lock. Raw readings on both sides, so that a change of offset or
+// elevation can't pass for weather.
 void DataSource::setTrend()
 {
+    trend = -10;
+
+    QSqlQuery query(database);
+    query.exec(NearestInBaro3h.arg(lastSampleTime - 3600));
+    if (!query.next())
+        return;
+    if (qAbs(lastSampleTime - query.value(Time).toLongLong() - 3600) > 30)
+        return;
+
+    // hPa per three hours
+    const double change = (backend->getCurrentPressure() - query.value(Pre).toDouble()) * 3.0;
+    const double size = std::fabs(change);
+    int level = 4;
+    if (size < 1.0)
+        level = 1;
+    else if (size < 2.0)
+        level = 2;
+    else if (size < 3.0)
+        level = 3;
+    trend = change >= 0.0 ? level : -level;
 }
 
 int DataSource::getTrend()
@@ -158,78 +251,331 @@ int DataSource::getTrend()
     return trend;
 }
 
+// Takes no lock: the chart page calls it while updateChart holds the mutex.
 QString DataSource::getTrend3h()
 {
-    return QString();
+    const QString result = QStringLiteral("notOK");
+
+    QSqlQuery query(database);
+    query.exec(NearestInBaro3h.arg(lastSampleTime - 10800));
+    if (!query.next())
+        return result;
+    if (qAbs(lastSampleTime - query.value(Time).toLongLong() - 10800) > 30)
+        return result;
+
+    // The official tendency is in millibars over three hours, whatever unit is shown.
+    const double difference = backend->getCurrentPressure() - query.value(Pre).toDouble();
+    return QStringLiteral("<div align='left'>%1 mb / 3h</div>").arg(difference, 0, 'f', 1);
 }
 
 // ---- Chart feed and cursor ------------------------------------------------------------
 
 void DataSource::updateChart(const int& chartNb)
 {
-    Q_UNUSED(chartNb)
+    QMutexLocker locker(&mutex);
+
+    seriesPoints.clear();
+    seriesPoints.append(QVector<QPointF>());
+
+    const double factor = pressureUnitFactor();
+    const int preDisplay = backend->getSetting(QStringLiteral("preDisplay"), 0).toInt();
+
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.exec(ChartRows.arg(tableNames.at(chartNb))))
+        qWarning().noquote() << "db query error" << query.lastError() << query.lastQuery();
+
+    const int interval = tableIntervals.at(chartNb);
+    const double xUnit = secondsPerUnit(chartNb);
+    // Wide enough for the one long step at each wrap of the tick counter, the interval plus
+    // 2 seconds, so that only a real pause breaks the curve.
+    const double gapLimit = interval == 2 ? interval * 2.0 : interval * 1.5;
+    const qint64 clock = Clock::currentSecsSinceEpoch();
+
+    double min = 10000000.0;
+    double max = -10000000.0;
+    qint64 now = 0;
+    qint64 previousTime = 0;
+    bool first = true;
+    while (query.next()) {
+        const qint64 time = query.value(Time).toLongLong();
+        if (first) {
+            // While pressure arrives the newest row is x = 0; after it stops, the present is.
+            now = backend->getCurrentPressure() < 0.0 ? clock : time;
+            first = false;
+        }
+        const double pressure = displayedPressure(query.value(Pre).toDouble(), query.value(Ele).toDouble(),
+                                                  query.value(Ofs).toDouble(), preDisplay);
+        const double y = roundToHundredths(pressure * factor);
+
+        if (previousTime != 0 && previousTime - time > gapLimit)
+            seriesPoints.append(QVector<QPointF>());
+        seriesPoints.last().append(QPointF((time - now) / xUnit, y));
+
+        if (y < min)
+            min = y;
+        if (y > max)
+            max = y;
+        previousTime = time;
+    }
+
+    // Bounds in the chosen unit. An empty table leaves the start values crossed over, and
+    // the negative max tells the page to leave its axis alone.
+    const double range = max - min;
+    double low;
+    double high;
+    if (range >= 1.0) {
+        low = std::floor(min);
+        high = std::ceil(max);
+    } else if (range >= 0.5) {
+        low = min - 0.1;
+        high = qMax(max, min + 0.5);
+    } else if (range >= 0.2) {
+        low = min - 0.1;
+        high = qMax(max, min + 0.2);
+    } else {
+        low = qFloor(min * 100 - 1) / 100.0;
+        high = qCeil(max * 100 + 1) / 100.0;
+    }
+    if (qFuzzyCompare(low, high))
+        high += 1.0;
+
+    // Still under the lock: the page's handler runs inside this emission and may only call
+    // what takes no lock.
+    emit chartUpdated(QVariant(now), low, high, seriesPoints.size());
 }
 
+// Takes no lock: it is called from the handler of chartUpdated.
 void DataSource::update(QtCharts::QAbstractSeries* series, int n)
 {
-    Q_UNUSED(series)
-    Q_UNUSED(n)
+    if (!series)
+        return;
+    // The page hands over line and spline series only.
+    auto* xySeries = static_cast<QtCharts::QXYSeries*>(series);
+    const QVector<QPointF> points = seriesPoints.at(n);
+    xySeries->replace(points);
 }
 
 QPointF DataSource::getValueAt(const double& timed, const int& chartNb, const QVariant& startDate)
 {
-    Q_UNUSED(timed)
-    Q_UNUSED(chartNb)
-    Q_UNUSED(startDate)
-    return QPointF(0.0, -1000.0);
+    QMutexLocker locker(&mutex);
+    QSqlQuery query(database);
+
+    const int preDisplay = backend->getSetting(QStringLiteral("preDisplay"), 0).toInt();
+    const double factor = pressureUnitFactor();
+
+    const QString& table = tableNames.at(chartNb);
+    const qint64 t = qRound64(timed * secondsPerUnit(chartNb) + startDate.toLongLong());
+    const auto rowPressure = [&query, preDisplay]() {
+        return displayedPressure(query.value(Pre).toDouble(), query.value(Ele).toDouble(),
+                                 query.value(Ofs).toDouble(), preDisplay);
+    };
+
+    double value = NoValue;
+    query.exec(RowAt.arg(table).arg(t));
+    if (query.next()) {
+        value = rowPressure();
+    } else {
+        query.exec(RowAfter.arg(table).arg(t));
+        if (query.next()) {
+            const double next = rowPressure();
+            const qint64 nextTime = query.value(Time).toLongLong();
+            query.exec(RowBefore.arg(table).arg(t));
+            if (query.next()) {
+                const double previous = rowPressure();
+                const qint64 previousTime = query.value(Time).toLongLong();
+                const qint64 gap = nextTime - previousTime;
+                // The cap of 240 puts the limit below the spacing of the two longest tables:
+                // there the cursor has a value only exactly on a row.
+                const qint64 limit = qMin(tableIntervals.at(chartNb), 240) + 60;
+                if (gap < limit) {
+                    // An integer quotient on purpose: it is always 0 here, so the curve reads
+                    // in steps, at the newer row's value.
+                    const qint64 q = (nextTime - t) / gap;
+                    value = next + (previous - next) * q;
+                }
+            }
+        }
+    }
+
+    return QPointF(timed, roundToHundredths(value * factor));
 }
 
+// Called at every mouse move; rather no text than a wait for the lock.
 QString DataSource::calcInfo(const QPointF& pt, const int& chartNb)
 {
-    Q_UNUSED(pt)
-    Q_UNUSED(chartNb)
-    return QString();
+    if (!mutex.tryLock(0)) {
+        qWarning() << "unable to lock mutex";
+        return QString();
+    }
+    std::unique_lock<QMutex> locker(mutex, std::adopt_lock);
+
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.exec(NewestTime.arg(tableNames.at(chartNb))))
+        qWarning().noquote() << "db query error" << query.lastError() << query.lastQuery();
+
+    const double xUnit = secondsPerUnit(chartNb);
+    const double factor = pressureUnitFactor();
+
+    if (!query.next())
+        return QString();
+
+    // Counted from the newest row, not from the chart's x = 0: during an outage the two differ.
+    const qint64 newest = query.value(0).toLongLong();
+    const double pressure = pt.y() / factor;
+    const qint64 seconds = static_cast<qint64>(pt.x() * xUnit + newest);
+    const QDateTime date = QDateTime::fromSecsSinceEpoch(seconds).toTimeSpec(Qt::UTC);
+
+    return Util::formatPressure(pressure, true)
+            + QStringLiteral("&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;")
+            + Util::formatDateTimeSecs(date);
 }
 
 // ---- Browsing and deletion ------------------------------------------------------------
 
 QVariantList DataSource::getTableContent(int tableNb)
 {
-    Q_UNUSED(tableNb)
-    return {};
+    QMutexLocker locker(&mutex);
+
+    const int preDisplay = backend->getSetting(QStringLiteral("preDisplay"), 0).toInt();
+
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    query.exec(RowsNewestFirst.arg(tableNames.at(tableNb)));
+
+    QVariantList list;
+    while (query.next()) {
+        const qint64 time = query.value(Time).toLongLong();
+        const double pressure = displayedPressure(query.value(Pre).toDouble(), query.value(Ele).toDouble(),
+                                                  query.value(Ofs).toDouble(), preDisplay);
+        // The stored speed is in knots and goes to formatSpeed unconverted, as the list has
+        // always shown it.
+        const QString desc = QStringLiteral("<Qt>")
+                + Util::formatDateTimeSecs(QDateTime::fromSecsSinceEpoch(time)) + QStringLiteral("\n")
+                + QStringLiteral("<br><b>") + Util::formatPressure(pressure, true) + QStringLiteral("</b> ")
+                + Util::formatPosition(query.value(Lon).toDouble(), query.value(Lat).toDouble())
+                + QStringLiteral("<br>")
+                + QStringLiteral("COG ") + Util::formatDir3(static_cast<int>(query.value(Cog).toDouble()))
+                + tr("deg") + QStringLiteral(" T - SOG ") + Util::formatSpeed(query.value(Sog).toDouble());
+
+        QVariantMap entry;
+        entry.insert(QStringLiteral("key"), QString::number(time));
+        entry.insert(QStringLiteral("desc"), desc);
+        list.append(entry);
+    }
+    return list;
 }
 
 void DataSource::removeKey(int tableNb, QString key)
 {
-    Q_UNUSED(tableNb)
-    Q_UNUSED(key)
+    QMutexLocker locker(&mutex);
+    QSqlQuery query(database);
+    if (query.exec(DeleteRow.arg(tableNames.at(tableNb), key)))
+        qWarning() << "delete one record OK";
+    else
+        qWarning().noquote() << "db query error" << query.lastError() << query.lastQuery();
 }
 
+// Table by table, each under its own lock, so a sample may land in between.
 void DataSource::emptyAllTables()
 {
+    for (int i = 0; i < tableNames.size(); ++i)
+        emptyOneTable(i);
 }
 
 void DataSource::emptyOneTable(int n)
 {
-    Q_UNUSED(n)
+    QMutexLocker locker(&mutex);
+    QSqlQuery query(database);
+    if (query.exec(DeleteAll.arg(tableNames.at(n))))
+        qWarning().noquote() << "empty one table OK" << tableNames.at(n);
+    else
+        qWarning().noquote() << "db query error" << query.lastError() << query.lastQuery();
 }
 
 // ---- Export ---------------------------------------------------------------------------
 
+// The format follows the name the user typed, not the button that opened the dialog.
 void DataSource::exportFile(int tableNb, QString fileName)
 {
-    Q_UNUSED(tableNb)
-    Q_UNUSED(fileName)
+    qWarning().noquote() << "exporting to" << tableNb << fileName;
+    fileName.remove(QStringLiteral("file://"), Qt::CaseSensitive);
+    if (fileName.isEmpty())
+        return;
+    if (fileName.endsWith(QStringLiteral(".gpx"), Qt::CaseSensitive))
+        exportGpx(tableNb, fileName);
+    else
+        exportCsv(tableNb, fileName);
 }
 
+QString DataSource::defaultExportName(int tableNb, const QString& extension) const
+{
+    return backend->getAppPath() + QStringLiteral("export_") + tableNames.at(tableNb) + extension;
+}
+
+void DataSource::showFile(const QString& fileName, const QString& writtenName)
+{
+    // An absolute path gives four slashes after the scheme; that is left as it is.
+    const QString target = fileName.isEmpty()
+            ? QDir::currentPath() + QStringLiteral("/") + writtenName
+            : fileName;
+    QDesktopServices::openUrl(QUrl(QStringLiteral("file:///") + target, QUrl::TolerantMode));
+}
+
+// The lock is held to the end, the viewer's start included.
 void DataSource::exportCsv(int tableNb, QString fileName)
 {
-    Q_UNUSED(tableNb)
-    Q_UNUSED(fileName)
+    QMutexLocker locker(&mutex);
+
+    // Forward-only, so that rows stream from the query to the file.
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.exec(RowsNewestFirst.arg(tableNames.at(tableNb)))) {
+        qWarning().noquote() << "db query error in Csv" << query.lastError() << query.lastQuery();
+        return;
+    }
+
+    QFile file(fileName.isEmpty() ? defaultExportName(tableNb, QStringLiteral(".csv")) : fileName);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
+        qWarning().noquote() << "unable to open" << file.fileName() << file.errorString();
+        return;
+    }
+    {
+        CsvExport csv(&file);
+        csv.writeHeader();
+        while (query.next())
+            csv.writeRow(query);
+    }
+    file.close();
+
+    showFile(fileName, file.fileName());
 }
 
+// The lock is held to the end, the viewer's start included.
 void DataSource::exportGpx(int tableNb, QString fileName)
 {
-    Q_UNUSED(tableNb)
-    Q_UNUSED(fileName)
+    QMutexLocker locker(&mutex);
+
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.exec(RowsNewestFirst.arg(tableNames.at(tableNb)))) {
+        // The CSV writer's wording, shared on purpose.
+        qWarning().noquote() << "db query error in Csv" << query.lastError() << query.lastQuery();
+        return;
+    }
+
+    QFile file(fileName.isEmpty() ? defaultExportName(tableNb, QStringLiteral(".gpx")) : fileName);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return;
+    {
+        GpxExport gpx(&file);
+        gpx.writeHead(tableNames.at(tableNb));
+        while (query.next())
+            gpx.writeRow(query);
+        gpx.writeTail();
+    }
+    file.close();
+
+    showFile(fileName, file.fileName());
 }

@@ -32,6 +32,9 @@ public:
     const QList<int>& getTableIntervals() const { return tableIntervals; }
     // Seconds a table keeps: its interval times 1800, except the 30-minute table.
     static qint64 retention(int interval);
+    // Station pressure reduced to sea level; elevation in metres. A zero elevation leaves
+    // the pressure as it is.
+    static double seaLevelPressure(double stationPressure, double elevation);
 
 signals:
     void chartUpdated(QVariant now, double min, double max, int seriesCount);
@@ -56,6 +59,16 @@ public:
 private:
     void setTrend();
     QString databasePath() const;
+    // The pressure a row stands for on screen: PRE + OFS, at sea level unless "preDisplay"
+    // asks for the station. Kept in hPa.
+    static double displayedPressure(double pressure, double elevation, double offset, int preDisplay);
+    // hPa into the unit of "unitPre".
+    static double pressureUnitFactor();
+    // Seconds per unit of the chart's x-axis: minutes, hours or days by table.
+    static double secondsPerUnit(int chartNb);
+    QString defaultExportName(int tableNb, const QString& extension) const;
+    // Hands the written file to the system's default application.
+    static void showFile(const QString& fileName, const QString& writtenName);
 
     QSqlDatabase database;
     QMutex mutex;
