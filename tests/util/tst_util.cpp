@@ -337,7 +337,7 @@ void TestUtil::formatDir3Double()
 void TestUtil::convertDateTime_data()
 {
     QTest::addColumn<QVariant>("timeZone");
-    QTest::addColumn<int>("expectedSpec");
+    QTest::addColumn<int>("expectedZoneKind");
     QTest::addColumn<int>("expectedHour");
 
     QTest::newRow("time zone 0 is UTC") << QVariant(0) << int(Qt::UTC) << 14;
@@ -349,13 +349,13 @@ void TestUtil::convertDateTime_data()
 void TestUtil::convertDateTime()
 {
     QFETCH(QVariant, timeZone);
-    QFETCH(int, expectedSpec);
+    QFETCH(int, expectedZoneKind);
     QFETCH(int, expectedHour);
 
     if (timeZone.isValid())
         back->setSetting(QStringLiteral("timeZone"), timeZone);
     const QDateTime converted = Util::convertDateTime(exampleMoment());
-    QCOMPARE(int(converted.timeSpec()), expectedSpec);
+    QCOMPARE(int(converted.timeSpec()), expectedZoneKind);
     QCOMPARE(converted.time().hour(), expectedHour);
     QCOMPARE(converted.toMSecsSinceEpoch(), exampleMoment().toMSecsSinceEpoch());
 }
