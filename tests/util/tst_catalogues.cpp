@@ -27,6 +27,7 @@ void TestCatalogues::translation_data()
     QTest::newRow("french km/h") << fr << "QObject" << "km/h" << "km/h";
     QTest::newRow("french mph is mi/h") << fr << "QObject" << "mph" << "mi/h";
     QTest::newRow("french deg of the display line") << fr << "BackEnd" << "deg" << "°";
+    QTest::newRow("french deg of the log list") << fr << "DataSource" << "deg" << "°";
     QTest::newRow("french internal sensor")
         << fr << "BackEnd" << "From internal pressure sensor" << "Depuis le capteur de pression interne";
     QTest::newRow("french serial connection")
@@ -38,6 +39,7 @@ void TestCatalogues::translation_data()
 
     QTest::newRow("english deg is the degree sign") << en << "QObject" << "deg" << "°";
     QTest::newRow("english deg of the display line") << en << "BackEnd" << "deg" << "°";
+    QTest::newRow("english deg of the log list") << en << "DataSource" << "deg" << "°";
     QTest::newRow("english kts stays kts") << en << "QObject" << "kts" << "kts";
 }
 
