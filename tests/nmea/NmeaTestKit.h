@@ -1,0 +1,118 @@
+#pragma once
+
+// Helpers shared by the NMEA input tests: a BackEnd in a fresh data folder with chosen
+// settings, loopback ports, and running code on the receiver's own thread.
+
+#include "app/BackEnd.h"
+#include "nmea/NmeaReceiver.h"
+#include "nmea/NmeaSource.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QMetaObject>
+#include <QtCore/QPointer>
+#include <QtCore/QSettings>
+#include <QtCore/QThread>
+#include <QtCore/QVariantMap>
+#include <QtNetwork/QTcpServer>
+#include <QtNetwork/QUdpSocket>
+#include <QtTest/QTest>
+
+#include <memory>
+
+namespace NmeaTestKit {
+
+// Settings that make no receiver at all; a test adds what it needs on top.
+inline QVariantMap quietSettings()
+{
+    return {{QStringLiteral("SettingSerialPort"), QStringLiteral("None")},
+            {QStringLiteral("SettingUseSerial"), 0},
+            {QStringLiteral("SettingUseTcp"), 0},
+            {QStringLiteral("SettingUseUdp"), 0},
+            {QStringLiteral("SettingUseUdpOut"), 0}};
+}
+
+// Writes brinholt.ini in the working directory before a BackEnd reads it.
+inline void writeIni(const QVariantMap& values)
+{
+    QSettings ini(QStringLiteral("./brinholt.ini"), QSettings::IniFormat);
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        ini.setValue(it.key(), it.value());
+    ini.sync();
+}
+
+inline void applySettings(BackEnd& b, const QVariantMap& values)
+{
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        b.setSetting(it.key(), it.value());
+}
+
+// Runs `f` on the thread the receiver lives on and returns its result.
+template <typename F>
+auto onReceiverThread(NmeaReceiver* receiver, F f) -> decltype(f())
+{
+    decltype(f()) result{};
+    if (receiver->thread() == QThread::currentThread())
+        return f();
+    QMetaObject::invokeMethod(receiver, [&] { result = f(); }, Qt::BlockingQueuedConnection);
+    return result;
+}
+
+// Ends the running receiver the way the application does, and waits for its thread to go,
+// so that nothing of it outlives the BackEnd of the test.
+inline bool stopNmea(BackEnd& b)
+{
+    NmeaReceiver* receiver = b.getReceiver();
+    applySettings(b, quietSettings());
+    if (!receiver) {
+        b.startNmea();
+        return true;
+    }
+    QPointer<QThread> thread = receiver->thread();
+    b.startNmea();
+    QElapsedTimer timer;
+    timer.start();
+    while (!thread.isNull() && timer.elapsed() < 10000) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+    return thread.isNull();
+}
+
+// A port on loopback that is free now.
+inline quint16 freeUdpPort()
+{
+    QUdpSocket probe;
+    probe.bind(QHostAddress(QHostAddress::LocalHost), 0);
+    return probe.localPort();
+}
+
+inline quint16 freeTcpPort()
+{
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost, 0);
+    return probe.serverPort();
+}
+
+inline void sendDatagram(const QByteArray& bytes, quint16 port)
+{
+    QUdpSocket sender;
+    sender.writeDatagram(bytes, QHostAddress::LocalHost, port);
+}
+
+// Restores the retry interval and start delay after a test shortened them.
+struct FastTimers
+{
+    FastTimers(int retryMs, int delayBehindSerialMs)
+    {
+        NmeaSource::setRetryIntervalMs(retryMs);
+        NmeaReceiver::setDelayBehindSerialMs(delayBehindSerialMs);
+    }
+    ~FastTimers()
+    {
+        NmeaSource::setRetryIntervalMs(10000);
+        NmeaReceiver::setDelayBehindSerialMs(5000);
+    }
+};
+
+} // namespace NmeaTestKit

@@ -1,0 +1,247 @@
+#include "nmea/NmeaSourceUdp.h"
+
+#include "SourceFixture.h"
+#include "support/MessageLog.h"
+
+#include <QtNetwork/QUdpSocket>
+#include <QtTest/QtTest>
+
+using namespace NmeaTestKit;
+
+class TestNmeaSourceUdp : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void twoSentencesInOneDatagramGiveTwoDecodes();
+    void sentenceSplitOverTwoDatagramsIsJoined();
+    void crLfAloneStaysInTheBuffer();
+    void emptyDatagramWarns();
+    void startWithNothingWaitingWarnsEmpty();
+    void backslashSplitsALine();
+    void nulCutsTheDatagram();
+    void rubbishAheadOfTheDollarDropsTheLine();
+    void wrongChecksumAndUnknownAreSilent();
+    void portInUseAtFirstBindLeavesTheSourceDead();
+    void afterAnErrorBindIsRetriedUntilItWorks();
+    void stopWithdrawsThePressure();
+    void hostAnyBindsIPv4AndJoinsNoGroup();
+    void readingStopsAbove10240Characters();
+
+private:
+    static QByteArray withSum(const QByteArray& body) { return body + '*' + Nmea0183::computeChecksum(body).toLatin1(); }
+};
+
+void TestNmeaSourceUdp::twoSentencesInOneDatagramGiveTwoDecodes()
+{
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    QVERIFY(source->getSocket());
+    sendDatagram(withSum("$IIMDA,29.92,I,1.0132,B") + "\r\n" + withSum("$WIMMB,29.92,I,1.0150,B") + "\r\n", port);
+    QTRY_VERIFY(fixture.item(Mmb) != nullptr);
+    QVERIFY(fixture.item(Mda) != nullptr);
+    QCOMPARE(fixture.b->getCurrentPressure(), 1015.0);
+    QVERIFY(source->getBuffer().isEmpty());
+}
+
+void TestNmeaSourceUdp::sentenceSplitOverTwoDatagramsIsJoined()
+{
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    sendDatagram("$IIMDA,29.92,I,1.01", port);
+    QTRY_COMPARE(source->getBuffer(), QStringLiteral("$IIMDA,29.92,I,1.01"));
+    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
+    sendDatagram("32,B\r\n", port);
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+    QVERIFY(source->getBuffer().isEmpty());
+}
+
+void TestNmeaSourceUdp::crLfAloneStaysInTheBuffer()
+{
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    sendDatagram("\r\n", port);
+    QTRY_COMPARE(source->getBuffer(), QStringLiteral("\r\n"));
+    sendDatagram("$IIMDA,29.53\r\n", port);
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+    QVERIFY(source->getBuffer().isEmpty());
+}
+
+void TestNmeaSourceUdp::emptyDatagramWarns()
+{
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    MessageLog log;
+    sendDatagram(QByteArray(), port);
+    QTRY_COMPARE(log.count(QStringLiteral("empty datagram data received")), 1);
+}
+
+void TestNmeaSourceUdp::startWithNothingWaitingWarnsEmpty()
+{
+    SourceFixture fixture;
+    MessageLog log;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    QCOMPARE(log.count(QStringLiteral("empty datagram data received")), 1);
+    QCOMPARE(log.count(QStringLiteral("udp source activated \"0.0.0.0\" %1").arg(port)), 1);
+    QVERIFY(source->isConnected());
+    QVERIFY(!source->isReconnecting());
+}
+
+void TestNmeaSourceUdp::backslashSplitsALine()
+{
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    sendDatagram("$IIMDA,29.53\\$WIXDR,P,1.0200,B,Baro\r\n", port);
+    QTRY_VERIFY(fixture.item(Xdr) != nullptr);
+    QVERIFY(fixture.item(Mda) != nullptr);
+    QCOMPARE(fixture.b->getCurrentPressure(), 1020.0);
+}
+
+void TestNmeaSourceUdp::nulCutsTheDatagram()
+{
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    sendDatagram(QByteArray("$IIMDA,29.53\r\n\0$WIXDR,P,1.0500,B,Baro\r\n", 39), port);
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+    QTest::qWait(50);
+    QCOMPARE(fixture.item(Xdr), nullptr);
+}
+
+void TestNmeaSourceUdp::rubbishAheadOfTheDollarDropsTheLine()
+{
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    sendDatagram("xx$IIMDA,29.53\r\n$WIXDR,P,1.0200,B,Baro\r\n", port);
+    QTRY_VERIFY(fixture.item(Xdr) != nullptr);
+    QCOMPARE(fixture.item(Mda), nullptr);
+}
+
+void TestNmeaSourceUdp::wrongChecksumAndUnknownAreSilent()
+{
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    MessageLog log;
+    sendDatagram("$IIMDA,29.92,I,1.0132,B*00\r\n$GPGGA,1,2,3\r\n!AIVDM,1\r\n$WIXDR,P,1.0200,B,Baro\r\n", port);
+    QTRY_VERIFY(fixture.item(Xdr) != nullptr);
+    QCOMPARE(fixture.item(Mda), nullptr);
+    QVERIFY(log.messages().isEmpty());
+}
+
+void TestNmeaSourceUdp::portInUseAtFirstBindLeavesTheSourceDead()
+{
+    FastTimers fast(100, 100);
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    QUdpSocket blocker;
+    QVERIFY(blocker.bind(QHostAddress(QHostAddress::Any), port, QAbstractSocket::DontShareAddress));
+    MessageLog log;
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    QCOMPARE(source->getSocket(), nullptr);
+    QVERIFY(!source->isConnected());
+    blocker.close();
+    QTest::qWait(500);
+    // Silent and dead: no retry even once the port is free again.
+    QVERIFY2(log.messages().isEmpty(), qPrintable(log.messages().join(QLatin1Char('|'))));
+    QCOMPARE(source->getSocket(), nullptr);
+    sendDatagram("$IIMDA,29.53\r\n", port);
+    QTest::qWait(100);
+    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
+}
+
+void TestNmeaSourceUdp::afterAnErrorBindIsRetriedUntilItWorks()
+{
+    FastTimers fast(200, 100);
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    sendDatagram("$IIMDA,29.53\r\n", port);
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+
+    MessageLog log;
+    QUdpSocket blocker;
+    // The error of a running socket; the port is then taken by somebody who will not share.
+    source->slot_udpError(QAbstractSocket::NetworkError);
+    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
+    QVERIFY(source->isReconnecting());
+    QCOMPARE(log.count(QStringLiteral("udp socket error")), 1);
+    QVERIFY(blocker.bind(QHostAddress(QHostAddress::Any), port, QAbstractSocket::DontShareAddress));
+    QTRY_VERIFY_WITH_TIMEOUT(log.count(QStringLiteral("trying to reconnect to udp")) >= 3, 3000);
+    blocker.close();
+    QTRY_COMPARE_WITH_TIMEOUT(log.count(QStringLiteral("udp source activated")), 1, 3000);
+    QVERIFY(!source->isReconnecting());
+    sendDatagram("$IIMDA,29.92,I,1.0100,B\r\n", port);
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1010.0);
+}
+
+void TestNmeaSourceUdp::stopWithdrawsThePressure()
+{
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    sendDatagram("$IIMDA,29.53\r\n", port);
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+    source->stopReceiving();
+    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
+    QCOMPARE(source->getSocket(), nullptr);
+    QVERIFY(!source->isConnected());
+}
+
+void TestNmeaSourceUdp::hostAnyBindsIPv4AndJoinsNoGroup()
+{
+    SourceFixture fixture;
+    MessageLog log;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("ANY"), port);
+    source->slot_startReceiving();
+    QVERIFY(source->getSocket());
+    QCOMPARE(source->getSocket()->localAddress(), QHostAddress(QHostAddress::AnyIPv4));
+    QCOMPARE(log.count(QStringLiteral("multicast")), 0);
+    sendDatagram("$IIMDA,29.53\r\n", port);
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+}
+
+void TestNmeaSourceUdp::readingStopsAbove10240Characters()
+{
+    SourceFixture fixture;
+    const quint16 port = freeUdpPort();
+    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+    source->slot_startReceiving();
+    // Stop the source reading by itself, queue more than the limit, then read once.
+    disconnect(source->getSocket(), nullptr, source, nullptr);
+    const QByteArray chunk(6000, 'x');
+    sendDatagram(chunk, port);
+    sendDatagram(chunk, port);
+    sendDatagram(chunk, port);
+    QTRY_VERIFY(source->getSocket()->hasPendingDatagrams());
+    QTest::qWait(50);
+    source->slot_readPendingDatagrams();
+    // Two datagrams pass the limit; the third waits in the socket.
+    QCOMPARE(source->getBuffer().size(), 12000);
+    QVERIFY(source->getSocket()->hasPendingDatagrams());
+    source->slot_readPendingDatagrams();
+    QCOMPARE(source->getBuffer().size(), 18000);
+}
+
+QTEST_MAIN(TestNmeaSourceUdp)
+#include "tst_nmeasourceudp.moc"
