@@ -3,6 +3,7 @@
 #include "log/DataSource.h"
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaReceiver.h"
+#include "util/SanitizerSync.h"
 #include "util/Util.h"
 
 #include <QtCore/QDebug>
@@ -91,6 +92,15 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
 BackEnd::~BackEnd()
 {
     emit saveWindowSize();
+    // The receiver's thread reads settings through this object: it must be gone before
+    // they are, or a last sentence at shutdown would read freed memory.
+    if (receiver) {
+        QThread* thread = receiver->thread();
+        receiver->quitThread();
+        receiver = nullptr;
+        if (thread->wait(10000))
+            SanitizerSync::acquire(thread);
+    }
     settings->sync();
     delete settings;
     settings = nullptr;
@@ -465,6 +475,8 @@ void BackEnd::startNmea()
     connect(receiver, &NmeaReceiver::finished, thread, &QThread::quit);
     connect(thread, &QThread::finished, receiver, &QObject::deleteLater);
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+    connect(thread, &QThread::finished, thread, [thread] { SanitizerSync::release(thread); },
+            Qt::DirectConnection);
     thread->start(QThread::InheritPriority);
     receiver->startReceiving();
 }
