@@ -445,7 +445,9 @@ private slots:
                                              QStringLiteral("</trkseg>"),
                                              QStringLiteral("</trk>"),
                                              QStringLiteral("</gpx>")}));
-        QVERIFY(readAll(target).endsWith("</gpx>\n"));
+        // Byte for byte: one line feed after each of the eleven lines, nothing else.
+        QCOMPARE(readAll(target), (lines(target).join(QLatin1Char('\n')) + QLatin1Char('\n')).toLatin1());
+        QCOMPARE(readAll(target).count('\n'), 11);
         QVERIFY(fx.messages.messages().isEmpty());
         QCOMPARE(fx.viewer.urls.value(0).toString(), QStringLiteral("file:///") + target);
     }
