@@ -1,0 +1,389 @@
+#include "nmea/NmeaSourceSerial.h"
+
+#include "SourceFixture.h"
+#include "support/MessageLog.h"
+#include "support/PseudoTerminal.h"
+
+#include <QtTest/QtTest>
+
+using namespace NmeaTestKit;
+
+class TestNmeaSourceSerial : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void firstTwoBlocksAreLostHoweverLarge();
+    void afterAnErrorTheFirstBlockIsUsed();
+    void noiseAheadOfASentenceIsStripped();
+    void lineOfNoiseVanishesSilently();
+    void okSplitOverTwoBlocksCountsOnceEnded();
+    void okWithoutLineEndWaitsInTheBuffer();
+    void replies_data();
+    void replies();
+    void calReportGoesToBackEndWhichDropsAShortOne();
+    void aisSentenceIsRejected();
+    void unknownSentenceIsRejectedEachTime();
+    void indexMappings_data();
+    void indexMappings();
+    void portGetsTheMappedSettings();
+    void openFailureRetriesForEver();
+    void unpluggedDeviceWithdrawsPressureAtOnceAndIsFoundAgain();
+    void writesReachTheDevice();
+    void stopClosesThePort();
+
+private:
+    // A source on an open terminal, past its two skipped blocks.
+    NmeaSourceSerial* openReadySource(SourceFixture& fixture, PseudoTerminal& terminal);
+    static QByteArray withSum(const QByteArray& body)
+    {
+        return body + '*' + Nmea0183::computeChecksum(body).toLatin1();
+    }
+};
+
+void TestNmeaSourceSerial::init()
+{
+    NmeaSource::setRetryIntervalMs(10000);
+}
+
+NmeaSourceSerial* TestNmeaSourceSerial::openReadySource(SourceFixture& fixture, PseudoTerminal& terminal)
+{
+    auto* source = new NmeaSourceSerial(fixture.receiver.get(), terminal.path(), 9600, 0, 0, 0, 0);
+    source->slot_startReceiving();
+    if (!source->getSerial())
+        return source;
+    for (int block = 1; block <= 2; ++block) {
+        terminal.write("skipped\r\n");
+        QElapsedTimer timer;
+        timer.start();
+        while (source->getSkipCount() < block && timer.elapsed() < 5000)
+            QTest::qWait(5);
+    }
+    return source;
+}
+
+void TestNmeaSourceSerial::firstTwoBlocksAreLostHoweverLarge()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = new NmeaSourceSerial(fixture.receiver.get(), terminal.path(), 9600, 0, 0, 0, 0);
+    source->slot_startReceiving();
+    QVERIFY(source->getSerial());
+    QVERIFY(source->isSkipStart());
+
+    QByteArray large;
+    while (large.size() < 3000)
+        large += withSum("$WIXDR,P,1.0100,B,Barometer") + "\r\n";
+    terminal.write(large);
+    QTRY_COMPARE(source->getSkipCount(), 1);
+    QVERIFY(source->isSkipStart());
+    terminal.write(large);
+    QTRY_COMPARE(source->getSkipCount(), 2);
+    QVERIFY(!source->isSkipStart());
+    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
+    QCOMPARE(fixture.item(Xdr), nullptr);
+
+    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+}
+
+void TestNmeaSourceSerial::afterAnErrorTheFirstBlockIsUsed()
+{
+    NmeaSource::setRetryIntervalMs(200);
+    SourceFixture fixture;
+    PseudoTerminal terminal(fixture.folder.filePath(QStringLiteral("skerry")));
+    QVERIFY(terminal.open());
+    auto* source = openReadySource(fixture, terminal);
+    QVERIFY(!source->isSkipStart());
+
+    MessageLog log;
+    terminal.close();
+    QTRY_COMPARE(log.count(QStringLiteral("error occured on port")), 1);
+    QVERIFY(terminal.reopen());
+    QTRY_VERIFY_WITH_TIMEOUT(source->getSerial() != nullptr, 3000);
+    QCOMPARE(source->getSkipCount(), 0);
+    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+    QCOMPARE(source->getSkipCount(), 0);
+}
+
+void TestNmeaSourceSerial::noiseAheadOfASentenceIsStripped()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    openReadySource(fixture, terminal);
+    MessageLog log;
+    terminal.write("\x07\xfe" + withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+    QCOMPARE(log.count(QStringLiteral("rejected")), 0);
+}
+
+void TestNmeaSourceSerial::lineOfNoiseVanishesSilently()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = openReadySource(fixture, terminal);
+    MessageLog log;
+    terminal.write("\x01garbage with neither start\r\n");
+    QTRY_VERIFY(source->getBuffer().isEmpty());
+    QTest::qWait(100);
+    QVERIFY2(log.messages().isEmpty(), qPrintable(log.messages().join(QLatin1Char('|'))));
+}
+
+void TestNmeaSourceSerial::okSplitOverTwoBlocksCountsOnceEnded()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = openReadySource(fixture, terminal);
+    QSignalSpy status(source, &NmeaSourceSerial::calibrationStatus);
+    terminal.write("$PWEGB,");
+    QTRY_COMPARE(source->getBuffer(), QByteArray("$PWEGB,"));
+    QCOMPARE(status.count(), 0);
+    terminal.write("OK*6F\r\n");
+    QTRY_COMPARE(status.count(), 1);
+    QCOMPARE(status.at(0).at(0).toBool(), true);
+}
+
+void TestNmeaSourceSerial::okWithoutLineEndWaitsInTheBuffer()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = openReadySource(fixture, terminal);
+    QSignalSpy status(source, &NmeaSourceSerial::calibrationStatus);
+    terminal.write("$PWEGB,OK");
+    QTRY_COMPARE(source->getBuffer(), QByteArray("$PWEGB,OK"));
+    QTest::qWait(100);
+    QCOMPARE(status.count(), 0);
+    terminal.write("\r\n");
+    QTRY_COMPARE(status.count(), 1);
+    QVERIFY(source->getBuffer().isEmpty());
+}
+
+void TestNmeaSourceSerial::replies_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("values");
+
+    QTest::newRow("OK is success") << QByteArray("$PWEGB,OK*6F") << 1 << QString();
+    QTest::newRow("OK with a wrong checksum is still taken") << QByteArray("$PWEGB,OK*00") << 1 << QString();
+    QTest::newRow("ERR is failure") << QByteArray("$PWEGB,ERR*2E") << 0 << QString();
+    QTest::newRow("ERR,7 is failure") << QByteArray("$PWEGB,ERR,7") << 0 << QString();
+    QTest::newRow("CAL report goes on whole") << QByteArray("$PWEGB,CAL,1.25,10,1013.40,1012.15*3D") << -1
+                                              << QStringLiteral("$PWEGB,CAL,1.25,10,1013.40,1012.15*3D");
+    QTest::newRow("CAL,1 is a report") << QByteArray("$PWEGB,CAL,1") << -1 << QStringLiteral("$PWEGB,CAL,1");
+    QTest::newRow("noise ahead of a reply is stripped") << QByteArray("~~$PWEGB,OK") << 1 << QString();
+}
+
+void TestNmeaSourceSerial::replies()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(int, status);
+    QFETCH(QString, values);
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = openReadySource(fixture, terminal);
+    QSignalSpy statusSpy(source, &NmeaSourceSerial::calibrationStatus);
+    QSignalSpy valuesSpy(source, &NmeaSourceSerial::calibrationValues);
+    MessageLog log;
+    terminal.write(line + "\r\n" + withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+    if (status >= 0) {
+        QCOMPARE(statusSpy.count(), 1);
+        QCOMPARE(statusSpy.at(0).at(0).toBool(), status == 1);
+        QCOMPARE(valuesSpy.count(), 0);
+    } else {
+        QCOMPARE(statusSpy.count(), 0);
+        QCOMPARE(valuesSpy.count(), 1);
+        QCOMPARE(valuesSpy.at(0).at(0).toString(), values);
+        QCOMPARE(log.count(QStringLiteral("Calibration value \"%1\"").arg(values)), 1);
+    }
+    QCOMPARE(log.count(QStringLiteral("message rejected by NMEA module")), 0);
+}
+
+void TestNmeaSourceSerial::calReportGoesToBackEndWhichDropsAShortOne()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    openReadySource(fixture, terminal);
+    QSignalSpy received(fixture.b.get(), &BackEnd::calibrationValuesReceived);
+    QSignalSpy status(fixture.b.get(), &BackEnd::calibrationStatus);
+    terminal.write("$PWEGB,CAL,1\r\n$PWEGB,ERR*2E\r\n$PWEGB,CAL,1.25,10,1013.40,1012.15*3D\r\n");
+    QTRY_COMPARE(received.count(), 1);
+    QCOMPARE(received.at(0).at(0).toDouble(), 1.25);
+    QCOMPARE(received.at(0).at(3).toDouble(), 1012.15);
+    QCOMPARE(status.count(), 1);
+    QCOMPARE(status.at(0).at(0).toBool(), false);
+}
+
+void TestNmeaSourceSerial::aisSentenceIsRejected()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    openReadySource(fixture, terminal);
+    MessageLog log;
+    terminal.write("!AIVDM,1,1,,A,13aEOK?P00PD2wVMdLDRhgvL289?,0*26\r\n$PWEGB,CAL?*1A\r\n");
+    QTRY_COMPARE(log.count(QStringLiteral("message rejected by NMEA module")), 2);
+}
+
+void TestNmeaSourceSerial::unknownSentenceIsRejectedEachTime()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    openReadySource(fixture, terminal);
+    MessageLog log;
+    terminal.write("$GPGGA,1\r\n$GPGGA,2\r\n$IIMDA,29.92,I,1.0132,B*00\r\n");
+    QTRY_COMPARE(log.count(QStringLiteral("message rejected by NMEA module")), 3);
+    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
+}
+
+void TestNmeaSourceSerial::indexMappings_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<int>("flow");
+    QTest::addColumn<int>("parity");
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<int>("stop");
+
+    QTest::newRow("index 0 is 8N1 without flow control")
+            << 0 << int(QSerialPort::NoFlowControl) << int(QSerialPort::NoParity) << int(QSerialPort::Data8)
+            << int(QSerialPort::OneStop);
+    QTest::newRow("index 1") << 1 << int(QSerialPort::HardwareControl) << int(QSerialPort::EvenParity)
+                             << int(QSerialPort::Data7) << int(QSerialPort::OneAndHalfStop);
+    QTest::newRow("index 2") << 2 << int(QSerialPort::SoftwareControl) << int(QSerialPort::OddParity)
+                             << int(QSerialPort::Data6) << int(QSerialPort::TwoStop);
+    QTest::newRow("index 3") << 3 << int(QSerialPort::NoFlowControl) << int(QSerialPort::SpaceParity)
+                             << int(QSerialPort::Data5) << int(QSerialPort::OneStop);
+    QTest::newRow("index 4 gives Data8 and mark parity")
+            << 4 << int(QSerialPort::NoFlowControl) << int(QSerialPort::MarkParity) << int(QSerialPort::Data8)
+            << int(QSerialPort::OneStop);
+    QTest::newRow("index 5 gives no parity") << 5 << int(QSerialPort::NoFlowControl) << int(QSerialPort::NoParity)
+                                             << int(QSerialPort::Data8) << int(QSerialPort::OneStop);
+    QTest::newRow("index 7 gives no flow control")
+            << 7 << int(QSerialPort::NoFlowControl) << int(QSerialPort::NoParity) << int(QSerialPort::Data8)
+            << int(QSerialPort::OneStop);
+    QTest::newRow("negative index falls back") << -1 << int(QSerialPort::NoFlowControl) << int(QSerialPort::NoParity)
+                                               << int(QSerialPort::Data8) << int(QSerialPort::OneStop);
+}
+
+void TestNmeaSourceSerial::indexMappings()
+{
+    QFETCH(int, index);
+    QFETCH(int, flow);
+    QFETCH(int, parity);
+    QFETCH(int, bits);
+    QFETCH(int, stop);
+    QCOMPARE(int(NmeaSourceSerial::flowControlFor(index)), flow);
+    QCOMPARE(int(NmeaSourceSerial::parityFor(index)), parity);
+    QCOMPARE(int(NmeaSourceSerial::dataBitsFor(index)), bits);
+    QCOMPARE(int(NmeaSourceSerial::stopBitsFor(index)), stop);
+}
+
+void TestNmeaSourceSerial::portGetsTheMappedSettings()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = new NmeaSourceSerial(fixture.receiver.get(), terminal.path(), 4800, 7, 1, 4, 2);
+    source->slot_startReceiving();
+    QVERIFY(source->getSerial());
+    QVERIFY(source->getSerial()->isOpen());
+    QVERIFY(source->getSerial()->openMode() & QIODevice::WriteOnly);
+    QCOMPARE(source->getSerial()->baudRate(QSerialPort::Input), 4800);
+    QCOMPARE(source->getSerial()->baudRate(QSerialPort::Output), 4800);
+    QCOMPARE(source->getSerial()->flowControl(), QSerialPort::NoFlowControl);
+    QCOMPARE(source->getSerial()->parity(), QSerialPort::EvenParity);
+    QCOMPARE(source->getSerial()->dataBits(), QSerialPort::Data8);
+    QCOMPARE(source->getSerial()->stopBits(), QSerialPort::TwoStop);
+    QVERIFY(source->isReadWrite());
+    QVERIFY(source->isConnected());
+}
+
+void TestNmeaSourceSerial::openFailureRetriesForEver()
+{
+    NmeaSource::setRetryIntervalMs(100);
+    SourceFixture fixture;
+    MessageLog log;
+    const QString path = fixture.folder.filePath(QStringLiteral("nothing-here"));
+    auto* source = new NmeaSourceSerial(fixture.receiver.get(), path, 9600, 0, 0, 0, 0);
+    source->slot_startReceiving();
+    QCOMPARE(source->getSerial(), nullptr);
+    QVERIFY(!source->isConnected());
+    // The first failure is retried too, unlike on the network sources.
+    QTRY_VERIFY_WITH_TIMEOUT(log.count(QStringLiteral("error opening serial port")) >= 4, 3000);
+
+    // A device that turns up later is found.
+    PseudoTerminal terminal(path);
+    QVERIFY(terminal.open());
+    QTRY_VERIFY_WITH_TIMEOUT(source->getSerial() != nullptr, 3000);
+    QCOMPARE(log.count(QStringLiteral("opened successfully")), 1);
+}
+
+void TestNmeaSourceSerial::unpluggedDeviceWithdrawsPressureAtOnceAndIsFoundAgain()
+{
+    NmeaSource::setRetryIntervalMs(300);
+    SourceFixture fixture;
+    PseudoTerminal terminal(fixture.folder.filePath(QStringLiteral("skerry")));
+    QVERIFY(terminal.open());
+    auto* source = openReadySource(fixture, terminal);
+    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+
+    MessageLog log;
+    terminal.close();
+    QTRY_COMPARE_WITH_TIMEOUT(fixture.b->getCurrentPressure(), -2000.0, 1000);
+    QVERIFY(!source->isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(log.count(QStringLiteral("error opening serial port")) >= 2, 3000);
+
+    QVERIFY(terminal.reopen());
+    QTRY_VERIFY_WITH_TIMEOUT(source->isConnected(), 1000);
+    terminal.write(withSum("$WIXDR,P,1.0200,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1020.0);
+}
+
+void TestNmeaSourceSerial::writesReachTheDevice()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = new NmeaSourceSerial(fixture.receiver.get(), terminal.path(), 9600, 0, 0, 0, 0);
+    QVERIFY(!source->myWrite(QStringLiteral("$X")));
+    source->slot_startReceiving();
+    QVERIFY(!source->myWrite(QString()));
+    // Through the queued connection from BackEnd, as the calibration page does it.
+    emit fixture.b->sendCalibration(QStringLiteral("$PWEGB,CAL?*1A"));
+    QCOMPARE(terminal.readUntil("\r\n", 3000), QByteArray("$PWEGB,CAL?*1A\r\n"));
+}
+
+void TestNmeaSourceSerial::stopClosesThePort()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = openReadySource(fixture, terminal);
+    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+    MessageLog log;
+    delete source;
+    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
+    QCOMPARE(log.count(QStringLiteral("serial port closed")), 1);
+    QCOMPARE(log.count(QStringLiteral("NmeaSourceSerial deleted")), 1);
+    QCOMPARE(log.count(QStringLiteral("nmea source deleted: 1")), 1);
+    QCOMPARE(log.count(QStringLiteral("error occured")), 0);
+    // With the source gone a command reaches nobody.
+    emit fixture.b->sendCalibration(QStringLiteral("$PWEGB,CAL?*1A"));
+    QCOMPARE(terminal.readUntil("\r\n", 300), QByteArray());
+}
+
+QTEST_MAIN(TestNmeaSourceSerial)
+#include "tst_nmeasourceserial.moc"

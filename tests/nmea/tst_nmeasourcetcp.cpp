@@ -1,0 +1,296 @@
+#include "nmea/NmeaSourceTcp.h"
+
+#include "SourceFixture.h"
+#include "support/MessageLog.h"
+
+#include <QtNetwork/QTcpServer>
+#include <QtNetwork/QTcpSocket>
+#include <QtTest/QtTest>
+
+using namespace NmeaTestKit;
+
+class TestNmeaSourceTcp : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void zeroPaddedDefaultAddressConnects();
+    void sentenceSplitOverTwoSegmentsIsJoined();
+    void lineEndingInBackslashIsFinished();
+    void nulCutsTheRestOfTheBlock();
+    void rubbishAheadOfTheDollarDropsTheLine();
+    void serverAbsentAtFirstAttemptGivesUp();
+    void serverThatGoesAwayIsRetriedUntilBack();
+    void serverThatGoesAwayIsRetriedAfterTenSeconds();
+    void silentServerGivesNoReconnection();
+    void twoErrorsInARowGiveOneRetry();
+    void timeOutReconnectsAfterTenMilliseconds();
+    void myWriteSendsToTheServer();
+    void stopWithdrawsThePressure();
+
+private:
+    struct Served
+    {
+        QTcpServer server;
+        QTcpSocket* peer = nullptr;
+        quint16 port = 0;
+        bool listen(quint16 wanted = 0)
+        {
+            if (!server.listen(QHostAddress::LocalHost, wanted))
+                return false;
+            port = server.serverPort();
+            return true;
+        }
+        bool accept()
+        {
+            // The source may be on this thread: keep its event loop running meanwhile.
+            QElapsedTimer timer;
+            timer.start();
+            while (!server.hasPendingConnections() && timer.elapsed() < 15000)
+                QTest::qWait(10);
+            peer = server.nextPendingConnection();
+            return peer != nullptr;
+        }
+        void send(const QByteArray& bytes)
+        {
+            peer->write(bytes);
+            peer->flush();
+        }
+    };
+};
+
+void TestNmeaSourceTcp::zeroPaddedDefaultAddressConnects()
+{
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    MessageLog log;
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.000.000.001"), served.port);
+    source->slot_startReceiving();
+    QCOMPARE(source->getHost(), QStringLiteral("127.000.000.001"));
+    QVERIFY(source->isConnected());
+    QVERIFY(served.accept());
+    QCOMPARE(log.count(QStringLiteral("trying to connect to tcp")), 1);
+    QCOMPARE(log.count(QStringLiteral("tcp source activated")), 1);
+}
+
+void TestNmeaSourceTcp::sentenceSplitOverTwoSegmentsIsJoined()
+{
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
+    source->slot_startReceiving();
+    QVERIFY(served.accept());
+    served.send("$WIXDR,P,1.01");
+    QTRY_COMPARE(source->getBuffer(), QStringLiteral("$WIXDR,P,1.01"));
+    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
+    served.send("32,B,Barometer\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+    QVERIFY(source->getBuffer().isEmpty());
+}
+
+void TestNmeaSourceTcp::lineEndingInBackslashIsFinished()
+{
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
+    source->slot_startReceiving();
+    QVERIFY(served.accept());
+    served.send("$IIMDA,29.53\\");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+    QVERIFY(source->getBuffer().isEmpty());
+}
+
+void TestNmeaSourceTcp::nulCutsTheRestOfTheBlock()
+{
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
+    source->slot_startReceiving();
+    QVERIFY(served.accept());
+    served.send(QByteArray("$IIMDA,29.53\r\n\0$WIXDR,P,1.0500,B,Baro\r\n", 39));
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+    QTest::qWait(50);
+    QCOMPARE(fixture.item(Xdr), nullptr);
+    // The next block is read afresh.
+    served.send("$WIXDR,P,1.0500,B,Baro\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1050.0);
+}
+
+void TestNmeaSourceTcp::rubbishAheadOfTheDollarDropsTheLine()
+{
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    MessageLog log;
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
+    source->slot_startReceiving();
+    QVERIFY(served.accept());
+    served.send("xx$IIMDA,29.53\r\n$IIMDA,29.92,I,1.0132,B*00\r\n$WIXDR,P,1.0200,B,Baro\r\n");
+    QTRY_VERIFY(fixture.item(Xdr) != nullptr);
+    QCOMPARE(fixture.item(Mda), nullptr);
+    QCOMPARE(log.count(QStringLiteral("rejected")), 0);
+}
+
+void TestNmeaSourceTcp::serverAbsentAtFirstAttemptGivesUp()
+{
+    FastTimers fast(100, 100);
+    SourceFixture fixture;
+    const quint16 port = freeTcpPort();
+    MessageLog log;
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), port);
+    source->slot_startReceiving();
+    QCOMPARE(source->getSocket(), nullptr);
+    QVERIFY(!source->isConnected());
+    QCOMPARE(log.count(QStringLiteral("failed to connect to TCP host \"127.0.0.1\" %1").arg(port)), 1);
+    QCOMPARE(log.count(QStringLiteral("Connection refused")), 1);
+    // The server turns up later: nobody comes.
+    Served served;
+    QVERIFY(served.listen(port));
+    QTest::qWait(600);
+    QVERIFY(!served.server.hasPendingConnections());
+    QCOMPARE(log.count(QStringLiteral("trying to connect to tcp")), 1);
+}
+
+void TestNmeaSourceTcp::serverThatGoesAwayIsRetriedUntilBack()
+{
+    FastTimers fast(200, 100);
+    SourceFixture fixture;
+    auto served = std::make_unique<Served>();
+    QVERIFY(served->listen());
+    const quint16 port = served->port;
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), port);
+    source->slot_startReceiving();
+    QVERIFY(served->accept());
+    served->send("$IIMDA,29.53\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+
+    MessageLog log;
+    served.reset();
+    // The pressure goes at once, and the retries go on while the server stays away.
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), -2000.0);
+    QTRY_VERIFY_WITH_TIMEOUT(log.count(QStringLiteral("trying to reconnect to Tcp")) >= 3, 5000);
+    QCOMPARE(log.count(QStringLiteral("failed to connect to TCP host")), 0);
+    QVERIFY(source->isReconnecting());
+
+    served = std::make_unique<Served>();
+    QVERIFY(served->listen(port));
+    QVERIFY(served->accept());
+    QTRY_VERIFY(source->isConnected());
+    served->send("$IIMDA,29.92,I,1.0100,B\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1010.0);
+}
+
+void TestNmeaSourceTcp::serverThatGoesAwayIsRetriedAfterTenSeconds()
+{
+    // On the real timer: the first new attempt comes 10000 ms after the loss.
+    SourceFixture fixture;
+    auto served = std::make_unique<Served>();
+    QVERIFY(served->listen());
+    const quint16 port = served->port;
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), port);
+    source->slot_startReceiving();
+    QVERIFY(served->accept());
+    MessageLog log;
+    served->peer->disconnectFromHost();
+    QElapsedTimer sinceLoss;
+    QTRY_VERIFY(log.count(QStringLiteral("tcp socket")) >= 1);
+    sinceLoss.start();
+    QTRY_VERIFY_WITH_TIMEOUT(log.count(QStringLiteral("trying to connect to tcp")) == 1, 12000);
+    const qint64 elapsed = sinceLoss.elapsed();
+    // A coarse timer may fire up to 5 % early.
+    QVERIFY2(elapsed >= 9400 && elapsed < 11500, qPrintable(QString::number(elapsed)));
+    QVERIFY(served->accept());
+}
+
+void TestNmeaSourceTcp::silentServerGivesNoReconnection()
+{
+    FastTimers fast(100, 100);
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
+    source->slot_startReceiving();
+    QVERIFY(served.accept());
+    MessageLog log;
+    QTest::qWait(1500);
+    QVERIFY2(log.messages().isEmpty(), qPrintable(log.messages().join(QLatin1Char('|'))));
+    QVERIFY(source->isConnected());
+    QVERIFY(source->getSocket() != nullptr);
+    QCOMPARE(served.server.hasPendingConnections(), false);
+}
+
+void TestNmeaSourceTcp::twoErrorsInARowGiveOneRetry()
+{
+    FastTimers fast(300, 100);
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
+    source->slot_startReceiving();
+    QVERIFY(served.accept());
+    MessageLog log;
+    source->slot_tcpError(QAbstractSocket::NetworkError);
+    source->slot_tcpError(QAbstractSocket::NetworkError);
+    QCOMPARE(log.count(QStringLiteral("tcp socket error")), 1);
+    QTest::qWait(800);
+    QCOMPARE(log.count(QStringLiteral("trying to connect to tcp")), 1);
+    QTRY_VERIFY(source->isConnected());
+}
+
+void TestNmeaSourceTcp::timeOutReconnectsAfterTenMilliseconds()
+{
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
+    source->slot_startReceiving();
+    QVERIFY(served.accept());
+    served.send("$IIMDA,29.53\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+    MessageLog log;
+    source->slot_timeOut();
+    QCOMPARE(source->getSocket(), nullptr);
+    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
+    QTRY_COMPARE_WITH_TIMEOUT(log.count(QStringLiteral("tcp source activated")), 1, 1000);
+}
+
+void TestNmeaSourceTcp::myWriteSendsToTheServer()
+{
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
+    QVERIFY(!source->myWrite(QStringLiteral("x")));
+    source->slot_startReceiving();
+    QVERIFY(served.accept());
+    QVERIFY(!source->myWrite(QString()));
+    source->slot_sendMessage(QStringLiteral("$PWEGB,CAL?*1A"));
+    QByteArray received;
+    QTRY_COMPARE(received += served.peer->readAll(), QByteArray("$PWEGB,CAL?*1A\r\n"));
+}
+
+void TestNmeaSourceTcp::stopWithdrawsThePressure()
+{
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
+    source->slot_startReceiving();
+    QVERIFY(served.accept());
+    served.send("$IIMDA,29.53\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+    MessageLog log;
+    source->stopReceiving();
+    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
+    QCOMPARE(source->getSocket(), nullptr);
+    QTest::qWait(200);
+    // Stopped on purpose: no retry.
+    QCOMPARE(log.count(QStringLiteral("trying to connect")), 0);
+}
+
+QTEST_MAIN(TestNmeaSourceTcp)
+#include "tst_nmeasourcetcp.moc"

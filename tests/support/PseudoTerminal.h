@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+// A pseudo-terminal pair for tests of the serial line. The test holds the device's side
+// (the master) and writes what a device would send; the code under test opens path() as
+// its serial port. With a link path the port name survives close() and reopen(), as a
+// device that is unplugged and plugged in again keeps its name.
+class PseudoTerminal
+{
+public:
+    explicit PseudoTerminal(const QString& linkPath = QString());
+    ~PseudoTerminal();
+    PseudoTerminal(const PseudoTerminal&) = delete;
+    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+
+    bool open();
+    bool isOpen() const { return master >= 0; }
+    // The name to give the serial port: the link if there is one, else the terminal.
+    QString path() const;
+    QString terminalPath() const { return terminal; }
+
+    // Writes as one block. False if the device's side is closed or the write failed.
+    bool write(const QByteArray& bytes);
+    // What the other side has written so far, without waiting.
+    QByteArray readAvailable();
+    // Reads, running the event loop meanwhile, until `marker` has arrived or the time is up.
+    QByteArray readUntil(const QByteArray& marker, int timeoutMs);
+
+    // Hangs up, as pulling the plug does: the other side's port fails.
+    void close();
+    // A fresh pair behind the same link.
+    bool reopen();
+
+private:
+    QString link;
+    QString terminal;
+    int master = -1;
+    // Keeps the line raw and alive while the code under test has its port closed.
+    int hold = -1;
+};
