@@ -446,7 +446,8 @@ void BackEnd::slot_calibrationValues(QString message)
     timerOperation.stop();
     qWarning() << "QSP received from calibrationr request" << fields.at(4).toDouble();
     const double offset = fields.at(2).toDouble();
-    const double slope = static_cast<double>(qRound(fields.at(3).toDouble()));
+    // Halves away from zero: -102.5 is passed on as -103.
+    const double slope = std::round(fields.at(3).toDouble());
     const double slopeRef = fields.at(4).toDouble();
     const double devicePressure = fields.at(5).toDouble();
     emit calibrationValuesReceived(offset, slope, slopeRef, devicePressure);
