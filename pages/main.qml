@@ -14,6 +14,147 @@ ApplicationWindow {
 
     property int chartNb: 0
 
+    // Evaluated once at load: getSetting gives no change notice. The settings page and the
+    // tick's systemThemeChanged set the theme by hand afterwards.
+    Material.theme: {
+        if (typeof backend === "undefined" || !backend)
+            return Material.Dark
+        var theme = backend.getSetting("theme", 0)
+        if (theme === 0)
+            return Material.Light
+        if (theme === 1)
+            return Material.Dark
+        return backend.isSystemDarkMode() ? Material.Dark : Material.Light
+    }
+    Material.accent: {
+        if (typeof backend === "undefined" || !backend)
+            return "blue"
+        var theme = backend.getSetting("theme", 0)
+        if (theme === 0)
+            return "blue"
+        if (theme === 1)
+            return "yellow"
+        return backend.isSystemDarkMode() ? "yellow" : "blue"
+    }
+
+    // A page that is not in the resources leaves the content area empty, quietly; any other
+    // failure to load is left for the Loader to report.
+    function loadPage(url, properties) {
+        var component = Qt.createComponent(url)
+        if (component.status === Component.Error && component.errorString().indexOf("No such file or directory") >= 0) {
+            loader.setSource("")
+            return
+        }
+        if (properties === undefined)
+            loader.setSource(url)
+        else
+            loader.setSource(url, properties)
+    }
+
+    GridLayout {
+        anchors.fill: parent
+        flow: GridLayout.TopToBottom
+        columns: 1
+        rowSpacing: 0
+
+        Loader {
+            id: loader
+            objectName: "loader"
+            Layout.fillHeight: true
+            Layout.fillWidth: true
+            source: "qrc:/BaroSwipe"
+        }
+
+        ToolBar {
+            id: toolBar
+            objectName: "toolBar"
+            Layout.alignment: Qt.AlignHCenter
+            background: Rectangle {
+                color: "transparent"
+            }
+
+            GridLayout {
+                anchors.centerIn: parent
+                flow: GridLayout.LeftToRight
+                rows: 1
+                columnSpacing: 24
+
+                ToolButton {
+                    id: baroButton
+                    objectName: "baroButton"
+                    checkable: false
+                    autoExclusive: true
+                    smooth: true
+                    icon.color: "transparent"
+                    icon.width: 32
+                    icon.height: 32
+                    icon.source: window.Material.theme === Material.Dark
+                                 ? "qrc:/Images/tab_graph_yellow~universal.png"
+                                 : "qrc:/Images/tab_graph_blue~universal.png"
+                    onClicked: loadPage("qrc:/BaroSwipe")
+                }
+                ToolButton {
+                    id: dataButton
+                    objectName: "dataButton"
+                    checkable: false
+                    autoExclusive: true
+                    smooth: true
+                    height: baroButton.height
+                    width: baroButton.width
+                    icon.color: "transparent"
+                    icon.width: baroButton.icon.width
+                    icon.height: baroButton.icon.height
+                    icon.source: window.Material.theme === Material.Dark
+                                 ? "qrc:/Images/Data_yellow~universal.png"
+                                 : "qrc:/Images/Data_blue~universal.png"
+                    onClicked: loadPage("qrc:/FilesSwipe")
+                }
+                ToolButton {
+                    id: settingsButton
+                    objectName: "settingsButton"
+                    checkable: false
+                    autoExclusive: true
+                    smooth: true
+                    height: baroButton.height
+                    width: baroButton.width
+                    icon.color: "transparent"
+                    icon.width: baroButton.icon.width
+                    icon.height: baroButton.icon.height
+                    icon.source: window.Material.theme === Material.Dark
+                                 ? "qrc:/Images/settings_tab_yellow~universal.png"
+                                 : "qrc:/Images/settings_tab~universal.png"
+                    onClicked: loadPage("qrc:/settings", {"loader" : loader})
+                }
+                ToolButton {
+                    id: helpButton
+                    objectName: "helpButton"
+                    checkable: false
+                    autoExclusive: true
+                    smooth: true
+                    height: baroButton.height
+                    width: baroButton.width
+                    icon.color: "transparent"
+                    icon.width: baroButton.icon.width
+                    icon.height: baroButton.icon.height
+                    icon.source: window.Material.theme === Material.Dark
+                                 ? "qrc:/Images/help_tab_yellow~universal.png"
+                                 : "qrc:/Images/help_tab~universal.png"
+                    onClicked: loadPage("qrc:/Help_textview")
+                }
+            }
+        }
+    }
+
+    Connections {
+        target: translateHandler
+        // Only the settings page changes the language: rebuild it with the new texts.
+        function onLanguageChanged() {
+            loader.setSource("")
+            console.log("language changed to " + translateHandler.getCurrentLanguage())
+            loadPage("qrc:/settings", {"loader" : loader})
+        }
+    }
+
     Connections {
         target: backend
         function onSaveWindowSize() {
@@ -22,6 +163,22 @@ ApplicationWindow {
             backend.setSetting("windowHeight", window.height)
             backend.setSetting("windowX", window.x)
             backend.setSetting("windowY", window.y)
+        }
+        function onSystemThemeChanged(theme) {
+            if (theme === 0) {
+                window.Material.theme = Material.Light
+                window.Material.accent = "blue"
+            } else {
+                window.Material.theme = Material.Dark
+                window.Material.accent = "yellow"
+            }
+        }
+    }
+
+    Connections {
+        target: Qt.application
+        function onStateChanged() {
+            backend.pauseService(Qt.application.state === Qt.ApplicationActive)
         }
     }
 

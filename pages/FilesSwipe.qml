@@ -1,0 +1,50 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import backend 1.0
+
+// The log: the list of tables, then the rows of the one chosen. Only the way back from the
+// rows to the list can be swiped.
+ColumnLayout {
+    id: filesSwipe
+    anchors.fill: parent
+    spacing: 0
+
+    property alias view: view
+
+    SwipeView {
+        id: view
+        objectName: "view"
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        currentIndex: 0
+        interactive: false
+        clip: true
+
+        signal fileSelected(int fileNb)
+
+        // Set a moment after the index settles, so that the swipe in progress is not cut.
+        onCurrentIndexChanged: interactiveTimer.restart()
+
+        FileData {
+            id: fileData
+            objectName: "fileData"
+            onFileSelected: {
+                console.log("file selected " + fileNb)
+                view.fileSelected(fileNb)
+                view.currentIndex = 1
+            }
+        }
+        FileDetails {
+            id: fileDetails
+            objectName: "fileDetails"
+        }
+    }
+
+    Timer {
+        id: interactiveTimer
+        interval: 50
+        repeat: false
+        onTriggered: view.interactive = view.currentIndex === 1
+    }
+}
