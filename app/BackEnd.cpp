@@ -543,12 +543,17 @@ int BackEnd::getHorizontalAdvance(QString string)
                 metrics.horizontalAdvance(QStringLiteral("this is enough wide xxxxxxxxxxx")));
 }
 
+QString BackEnd::serialPortEntry(const QString& portName, const QString& description)
+{
+    return portName + QLatin1Char(' ') + description;
+}
+
 QStringList BackEnd::getSerialPorts()
 {
     QStringList ports;
     const auto available = QSerialPortInfo::availablePorts();
     for (const QSerialPortInfo& info : available)
-        ports.append(info.portName() + QLatin1Char(' ') + info.description());
+        ports.append(serialPortEntry(info.portName(), info.description()));
     return ports;
 }
 

@@ -113,6 +113,8 @@ public:
 
     // The dark-mode answer for a window text colour: each of red, blue and green at least 129.
     static bool isDarkText(const QColor& windowText);
+    // One entry of the port list: the name, a blank and the description, which may be empty.
+    static QString serialPortEntry(const QString& portName, const QString& description);
 
 private:
     // One source's position, course and speed. The receiver's thread writes them while the
