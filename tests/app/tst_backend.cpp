@@ -15,6 +15,13 @@ class TestBackEnd : public QObject
     Q_OBJECT
 
 private:
+    // All of a literal's bytes, NULs included.
+    template <std::size_t N>
+    static QByteArray bytes(const char (&text)[N])
+    {
+        return QByteArray(text, int(N - 1));
+    }
+
     static constexpr qint64 Start = 1793000000; // a November 2026 second
     qint64 now = Start;
 
@@ -468,7 +475,7 @@ private slots:
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("missing file") << QByteArray();
         QTest::newRow("empty file") << QByteArray("");
-        QTest::newRow("binary garbage") << QByteArray("\x00\xff\xfe[[[=\n\x01\x02garbage=\x80\x81\n", 24);
+        QTest::newRow("binary garbage") << bytes("\x00\xff\xfe[[[=\n\x01\x02garbage=\x80\x81\n");
         QTest::newRow("text garbage") << QByteArray("theme=dark\nelevation=high\n[[broken\nunitPre\n");
     }
 

@@ -119,7 +119,8 @@ private slots:
         {
             QFile file(folder.filePath("brinholt.ini"));
             QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(QByteArray("\x00\xff[[[\nlanguage=\x80\nwindowWidth=wide\n", 36));
+            const char garbage[] = "\x00\xff[[[\nlanguage=\x80\nwindowWidth=wide\n";
+            file.write(garbage, sizeof garbage - 1);
         }
         AppProcess app(folder.path());
         QVERIFY(app.start());
