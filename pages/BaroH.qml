@@ -581,6 +581,10 @@ Item {
             }
 
             Component.onCompleted: {
+                // Its axes set once by hand, so that no binding reaches it once it is out of
+                // the chart: a change of language re-evaluates every binding.
+                axisAnchor.axisX = axisX
+                axisAnchor.axisYRight = axisY
                 removeSeries(axisAnchor)
                 lineSeries0 = newDataSeries("lineSeries0")
                 console.log("serie created")

@@ -193,8 +193,9 @@ Item {
                 objectName: "textPressure"
                 Layout.fillWidth: true
                 Layout.leftMargin: 10
-                // Sized to its content: the pixel size of 1000 is only the ceiling of the fit.
-                Layout.maximumHeight: contentHeight
+                // Sized to its content: the pixel size of 1000 is only the ceiling of the fit, and
+                // an empty text, before the first sample, would otherwise keep the full line.
+                Layout.maximumHeight: text === "" ? 0 : contentHeight
                 text: ""
                 font.bold: true
                 font.pixelSize: 1000
