@@ -29,6 +29,88 @@
     </message>
 </context>
 <context>
+    <name>BaroH</name>
+    <message>
+        <source>WWWW</source>
+        <translation>WWWW</translation>
+    </message>
+    <message>
+        <source>Sea Level Pressure (QNH)</source>
+        <translation>Sea Level Pressure (QNH)</translation>
+    </message>
+    <message>
+        <source>Station Level Pressure (QFE)</source>
+        <translation>Station Level Pressure (QFE)</translation>
+    </message>
+    <message>
+        <source>No pressure data available</source>
+        <translation>No pressure data available</translation>
+    </message>
+    <message>
+        <source>30m</source>
+        <translation>30m</translation>
+    </message>
+    <message>
+        <source>%dm</source>
+        <translation>%dm</translation>
+    </message>
+    <message>
+        <source>3h</source>
+        <translation>3h</translation>
+    </message>
+    <message>
+        <source>%dh</source>
+        <translation>%dh</translation>
+    </message>
+    <message>
+        <source>6h</source>
+        <translation>6h</translation>
+    </message>
+    <message>
+        <source>12h</source>
+        <translation>12h</translation>
+    </message>
+    <message>
+        <source>1d</source>
+        <translation>1d</translation>
+    </message>
+    <message>
+        <source>2d</source>
+        <translation>2d</translation>
+    </message>
+    <message>
+        <source>4d</source>
+        <translation>4d</translation>
+    </message>
+    <message>
+        <source>%dd</source>
+        <translation>%dd</translation>
+    </message>
+    <message>
+        <source>8d</source>
+        <translation>8d</translation>
+    </message>
+    <message>
+        <source>16d</source>
+        <translation>16d</translation>
+    </message>
+</context>
+<context>
+    <name>BaroV</name>
+    <message>
+        <source>Sea Level Pressure (QNH)</source>
+        <translation>Sea Level Pressure (QNH)</translation>
+    </message>
+    <message>
+        <source>Station Level Pressure (QFE)</source>
+        <translation>Station Level Pressure (QFE)</translation>
+    </message>
+    <message>
+        <source>No pressure data available</source>
+        <translation>No pressure data available</translation>
+    </message>
+</context>
+<context>
     <name>DataSource</name>
     <message>
         <source>Device</source>

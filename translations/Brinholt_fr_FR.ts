@@ -29,6 +29,88 @@
     </message>
 </context>
 <context>
+    <name>BaroH</name>
+    <message>
+        <source>WWWW</source>
+        <translation>WWWW</translation>
+    </message>
+    <message>
+        <source>Sea Level Pressure (QNH)</source>
+        <translation>Pression au niveau de la mer (QNH)</translation>
+    </message>
+    <message>
+        <source>Station Level Pressure (QFE)</source>
+        <translation>Pression à la station (QFE)</translation>
+    </message>
+    <message>
+        <source>No pressure data available</source>
+        <translation>Aucune donnée de pression disponible</translation>
+    </message>
+    <message>
+        <source>30m</source>
+        <translation>30 min</translation>
+    </message>
+    <message>
+        <source>%dm</source>
+        <translation>%d min</translation>
+    </message>
+    <message>
+        <source>3h</source>
+        <translation>3h</translation>
+    </message>
+    <message>
+        <source>%dh</source>
+        <translation>%d h</translation>
+    </message>
+    <message>
+        <source>6h</source>
+        <translation>6h</translation>
+    </message>
+    <message>
+        <source>12h</source>
+        <translation>12h</translation>
+    </message>
+    <message>
+        <source>1d</source>
+        <translation>1j</translation>
+    </message>
+    <message>
+        <source>2d</source>
+        <translation>2j</translation>
+    </message>
+    <message>
+        <source>4d</source>
+        <translation>4j</translation>
+    </message>
+    <message>
+        <source>%dd</source>
+        <translation>%d j</translation>
+    </message>
+    <message>
+        <source>8d</source>
+        <translation>8j</translation>
+    </message>
+    <message>
+        <source>16d</source>
+        <translation>16j</translation>
+    </message>
+</context>
+<context>
+    <name>BaroV</name>
+    <message>
+        <source>Sea Level Pressure (QNH)</source>
+        <translation>Pression au niveau de la mer (QNH)</translation>
+    </message>
+    <message>
+        <source>Station Level Pressure (QFE)</source>
+        <translation>Pression à la station (QFE)</translation>
+    </message>
+    <message>
+        <source>No pressure data available</source>
+        <translation>Aucune donnée de pression disponible</translation>
+    </message>
+</context>
+<context>
     <name>DataSource</name>
     <message>
         <source>Device</source>
