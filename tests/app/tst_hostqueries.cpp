@@ -1,0 +1,162 @@
+#include "app/BackEnd.h"
+#include "support/HostTheme.h"
+#include "support/LogFixture.h"
+
+#include <QtCore/QDateTime>
+#include <QtGui/QFontMetrics>
+#include <QtSerialPort/QSerialPortInfo>
+#include <QtTest/QtTest>
+#include <QtWidgets/QApplication>
+
+namespace {
+
+const QString WideSample = QStringLiteral("this is enough wide xxxxxxxxxxx");
+const QString ColumnSample = QStringLiteral("this is the size of very big big big big column");
+
+int width(const QString& text)
+{
+    return QApplication::fontMetrics().horizontalAdvance(text);
+}
+
+} // namespace
+
+// What the pages ask of the host through BackEnd: dark mode, text widths, ports, the clock.
+class TestHostQueries : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void horizontalAdvanceIsCappedAtTheSample_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("one letter is its own width") << "x" << width("x");
+        QTest::newRow("nothing is nothing") << "" << 0;
+        QTest::newRow("a short port is its own width") << "ttyUSB0 " << width("ttyUSB0 ");
+        QTest::newRow("the sample itself") << WideSample << width(WideSample);
+        QTest::newRow("longer than the sample gives the sample")
+            << "ttyUSB0 Quillmere Skerry USB barometer, serial number 000123" << width(WideSample);
+    }
+
+    void horizontalAdvanceIsCappedAtTheSample()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, expected);
+        LogFixture f;
+        QCOMPARE(f.backEnd().getHorizontalAdvance(text), expected);
+        QVERIFY(f.backEnd().getHorizontalAdvance(text) <= width(WideSample));
+    }
+
+    void oneLetterHasAWidth()
+    {
+        LogFixture f;
+        QVERIFY(f.backEnd().getHorizontalAdvance("x") > 0);
+        QVERIFY(f.backEnd().getHorizontalAdvance("x") < f.backEnd().getHorizontalAdvance("xx"));
+    }
+
+    void columnWidthIsTheSampleInTheApplicationFont()
+    {
+        LogFixture f;
+        QCOMPARE(f.backEnd().getColWidth(), width(ColumnSample));
+        // It follows the application's font.
+        const QFont original = QApplication::font();
+        QFont larger = original;
+        larger.setPointSizeF(original.pointSizeF() * 2);
+        const int before = f.backEnd().getColWidth();
+        QApplication::setFont(larger);
+        QCOMPARE(f.backEnd().getColWidth(), width(ColumnSample));
+        QVERIFY(f.backEnd().getColWidth() > before);
+        QApplication::setFont(original);
+    }
+
+    void darkModeFromTheWindowText_data()
+    {
+        QTest::addColumn<QColor>("text");
+        QTest::addColumn<bool>("dark");
+        QTest::newRow("grey 128 is light") << QColor(128, 128, 128) << false;
+        QTest::newRow("grey 129 is dark") << QColor(129, 129, 129) << true;
+        QTest::newRow("white text is dark") << QColor(Qt::white) << true;
+        QTest::newRow("black text is light") << QColor(Qt::black) << false;
+        QTest::newRow("yellow text is light") << QColor(Qt::yellow) << false;
+        QTest::newRow("one low component is light") << QColor(200, 128, 200) << false;
+    }
+
+    void darkModeFromTheWindowText()
+    {
+        QFETCH(QColor, text);
+        QFETCH(bool, dark);
+        HostTheme host;
+        host.setWindowText(text);
+        LogFixture f;
+        QCOMPARE(f.backEnd().isSystemDarkMode(), dark);
+    }
+
+    void noPaletteIsLight()
+    {
+        HostTheme host;
+        host.setNoPalette();
+        LogFixture f;
+        QVERIFY(!f.backEnd().isSystemDarkMode());
+    }
+
+    void portEntry_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("description");
+        QTest::addColumn<QString>("entry");
+        QTest::newRow("empty description ends in the blank") << "ttyUSB0" << "" << "ttyUSB0 ";
+        QTest::newRow("name, blank, description") << "ttyACM0" << "Skerry barometer" << "ttyACM0 Skerry barometer";
+        QTest::newRow("a Windows port") << "COM4" << "" << "COM4 ";
+    }
+
+    void portEntry()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, description);
+        QFETCH(QString, entry);
+        QCOMPARE(BackEnd::serialPortEntry(name, description), entry);
+        // The receiver takes the name back out of the stored entry by its first blank.
+        QCOMPARE(entry.split(' ', Qt::SkipEmptyParts).first(), name);
+    }
+
+    void portListIsEveryAvailablePortInOrder()
+    {
+        LogFixture f;
+        QStringList expected;
+        const auto ports = QSerialPortInfo::availablePorts();
+        for (const QSerialPortInfo& info : ports)
+            expected << BackEnd::serialPortEntry(info.portName(), info.description());
+        QCOMPARE(f.backEnd().getSerialPorts(), expected);
+        for (const QString& entry : f.backEnd().getSerialPorts())
+            QVERIFY2(entry.contains(' '), qPrintable(entry));
+    }
+
+    void fixedDesktopAnswers()
+    {
+        LogFixture f;
+        BackEnd& b = f.backEnd();
+        QVERIFY(!b.isPhone());
+        QCOMPARE(b.getVersion(), QStringLiteral("3.0.0"));
+        QVERIFY(b.checkPermissionPart1() && b.checkPermissionPart2() && b.checkPermissionPart3());
+        QVERIFY(b.askPermissionPart1() && b.askPermissionPart2() && b.askPermissionPart3());
+        const qint64 before = QDateTime::currentSecsSinceEpoch();
+        const qint64 now = b.getCurrentTime();
+        QVERIFY(now >= before && now <= QDateTime::currentSecsSinceEpoch());
+    }
+
+    void permissionAlreadyAskedReadsItsKey()
+    {
+        LogFixture f;
+        BackEnd& b = f.backEnd();
+        QVERIFY(!b.androidPermissionAlreadyAsked1());
+        b.setSetting("androidPermissionAsked1", 1);
+        b.setSetting("androidPermissionAsked2", 2);
+        b.setSetting("androidPermissionAsked3", 1);
+        QVERIFY(b.androidPermissionAlreadyAsked1());
+        QVERIFY(!b.androidPermissionAlreadyAsked2());
+        QVERIFY(b.androidPermissionAlreadyAsked3());
+    }
+};
+
+QTEST_MAIN(TestHostQueries)
+#include "tst_hostqueries.moc"

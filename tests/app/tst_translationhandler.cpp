@@ -1,0 +1,258 @@
+#include "app/TranslationHandler.h"
+#include "support/MessageLog.h"
+#include "support/TestDataFolder.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QLocale>
+#include <QtCore/QTranslator>
+#include <QtQml/QQmlApplicationEngine>
+#include <QtTest/QtTest>
+
+#include <memory>
+
+namespace {
+
+const char* const SeaLevel = "Sea Level Pressure (QNH)";
+const QString SeaLevelFr = QStringLiteral("Pression au niveau de la mer (QNH)");
+
+// A translator of somebody else's, which the handler must leave alone.
+class ForeignTranslator : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char* context, const char* sourceText, const char* = nullptr, int = -1) const override
+    {
+        if (qstrcmp(context, "Foreign") == 0 && qstrcmp(sourceText, "hello") == 0)
+            return QStringLiteral("foreign hello");
+        return QString();
+    }
+};
+
+// Counts the language change events the application receives: one per installed or removed
+// translator that carries texts.
+class LanguageChanges : public QObject
+{
+public:
+    LanguageChanges() { qApp->installEventFilter(this); }
+    ~LanguageChanges() override { qApp->removeEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (watched == qApp && event->type() == QEvent::LanguageChange)
+            ++count;
+        return false;
+    }
+};
+
+bool copyCatalogues(const TestDataFolder& folder)
+{
+    for (const char* name : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm", "qt_fr.qm", "qtbase_fr.qm"}) {
+        if (!QFile::copy(QDir(BRINHOLT_BINARY_DIR).filePath(name), folder.filePath(name)))
+            return false;
+    }
+    return true;
+}
+
+// Whether a catalogue file brings texts; empty ones are installed without an event.
+bool carriesTexts(const QString& path)
+{
+    QTranslator translator;
+    return translator.load(path) && !translator.isEmpty();
+}
+
+QString qtBaseCancel()
+{
+    return QCoreApplication::translate("QPlatformTheme", "Cancel");
+}
+
+} // namespace
+
+// Switching the catalogues at run time.
+class TestTranslationHandler : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+    }
+
+    void cleanup()
+    {
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+    }
+
+    void startsWithNoLanguage()
+    {
+        QQmlApplicationEngine engine;
+        TranslationHandler handler(&engine);
+        QCOMPARE(handler.getCurrentLanguage(), QStringLiteral("none"));
+    }
+
+    void firstSelectionRemovesNothing_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QStringList>("files");
+        QTest::newRow("French") << "fr" << QStringList{"Brinholt_fr_FR.qm", "qt_fr.qm", "qtbase_fr.qm"};
+        QTest::newRow("English") << "en" << QStringList{"Brinholt_en_US.qm"};
+    }
+
+    void firstSelectionRemovesNothing()
+    {
+        QFETCH(QString, language);
+        QFETCH(QStringList, files);
+        TestDataFolder folder;
+        QVERIFY(copyCatalogues(folder));
+        ForeignTranslator foreign;
+        QVERIFY(QCoreApplication::installTranslator(&foreign));
+        QQmlApplicationEngine engine;
+        TranslationHandler handler(&engine);
+        QSignalSpy changed(&handler, &TranslationHandler::languageChanged);
+        LanguageChanges events;
+
+        handler.selectLanguage(language);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(handler.getCurrentLanguage(), language);
+        // Only installations: each file that carries texts once, and no removal.
+        int installs = 0;
+        for (const QString& file : files)
+            installs += carriesTexts(folder.filePath(file)) ? 1 : 0;
+        QCOMPARE(events.count, installs);
+        QCOMPARE(QCoreApplication::translate("Foreign", "hello"), QStringLiteral("foreign hello"));
+        QCoreApplication::removeTranslator(&foreign);
+    }
+
+    void frenchTwiceDoesNothingTheSecondTime()
+    {
+        TestDataFolder folder;
+        QVERIFY(copyCatalogues(folder));
+        QQmlApplicationEngine engine;
+        TranslationHandler handler(&engine);
+        QSignalSpy changed(&handler, &TranslationHandler::languageChanged);
+        handler.selectLanguage("fr");
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), SeaLevelFr);
+
+        MessageLog messages;
+        LanguageChanges events;
+        handler.selectLanguage("fr");
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(events.count, 0);
+        QCOMPARE(messages.count("translator"), 0);
+        QCOMPARE(handler.getCurrentLanguage(), QStringLiteral("fr"));
+        QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), SeaLevelFr);
+    }
+
+    void frenchThenEnglishLeavesOnlyTheApplicationCatalogue()
+    {
+        TestDataFolder folder;
+        QVERIFY(copyCatalogues(folder));
+        QQmlApplicationEngine engine;
+        TranslationHandler handler(&engine);
+        QSignalSpy changed(&handler, &TranslationHandler::languageChanged);
+        handler.selectLanguage("fr");
+        QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), SeaLevelFr);
+        QCOMPARE(qtBaseCancel(), QStringLiteral("Annuler"));
+        QCOMPARE(QLocale().name(), QStringLiteral("fr_FR"));
+
+        handler.selectLanguage("en");
+        QCOMPARE(changed.count(), 2);
+        QCOMPARE(handler.getCurrentLanguage(), QStringLiteral("en"));
+        QCOMPARE(QLocale().name(), QStringLiteral("en_US"));
+        // The library's texts are back in English, and so are ours...
+        QCOMPARE(qtBaseCancel(), QStringLiteral("Cancel"));
+        QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), QString::fromLatin1(SeaLevel));
+        // ...through the English catalogue, which is in place: it has its own degree sign.
+        QCOMPARE(QCoreApplication::translate("BackEnd", "deg"), QStringLiteral("°"));
+    }
+
+    void englishThenFrenchSwapsBack()
+    {
+        TestDataFolder folder;
+        QVERIFY(copyCatalogues(folder));
+        QQmlApplicationEngine engine;
+        TranslationHandler handler(&engine);
+        handler.selectLanguage("en");
+        MessageLog messages;
+        handler.selectLanguage("fr");
+        QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), SeaLevelFr);
+        QCOMPARE(qtBaseCancel(), QStringLiteral("Annuler"));
+        QCOMPARE(messages.count("translator brinholt empty ? false"), 1);
+        QCOMPARE(messages.count("translator qtbase empty ? false"), 1);
+        // The three lines come in this order, the application's catalogue last.
+        const QStringList lines = messages.messages().filter("translator ");
+        QCOMPARE(lines.size(), 3);
+        QVERIFY(lines.at(0).startsWith("translator qtbase empty ?"));
+        QVERIFY(lines.at(1).startsWith("translator qt empty ?"));
+        QVERIFY(lines.at(2).startsWith("translator brinholt empty ?"));
+    }
+
+    void unknownCodeIsOnlySignalled()
+    {
+        TestDataFolder folder;
+        QVERIFY(copyCatalogues(folder));
+        QQmlApplicationEngine engine;
+        TranslationHandler handler(&engine);
+        handler.selectLanguage("fr");
+        QSignalSpy changed(&handler, &TranslationHandler::languageChanged);
+        LanguageChanges events;
+        MessageLog messages;
+        handler.selectLanguage("de");
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(handler.getCurrentLanguage(), QStringLiteral("fr"));
+        QCOMPARE(events.count, 0);
+        QCOMPARE(messages.count("translator"), 0);
+        QCOMPARE(QLocale().name(), QStringLiteral("fr_FR"));
+        QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), SeaLevelFr);
+        QCOMPARE(qtBaseCancel(), QStringLiteral("Annuler"));
+        // Asked again, it is still not the current language, so it is signalled again.
+        handler.selectLanguage("de");
+        QCOMPARE(changed.count(), 2);
+    }
+
+    void withoutCataloguesTheSwitchStillHappens()
+    {
+        TestDataFolder folder; // empty
+        QQmlApplicationEngine engine;
+        TranslationHandler handler(&engine);
+        QSignalSpy changed(&handler, &TranslationHandler::languageChanged);
+        MessageLog messages;
+        handler.selectLanguage("fr");
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(handler.getCurrentLanguage(), QStringLiteral("fr"));
+        QCOMPARE(messages.count("translator qtbase empty ? true"), 1);
+        QCOMPARE(messages.count("translator qt empty ? true"), 1);
+        QCOMPARE(messages.count("translator brinholt empty ? true"), 1);
+        // The texts stay in English, the numbers follow the new locale.
+        QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), QString::fromLatin1(SeaLevel));
+        QCOMPARE(QLocale().toString(1.5), QStringLiteral("1,5"));
+        handler.selectLanguage("en");
+        QCOMPARE(changed.count(), 2);
+        QCOMPARE(QLocale().toString(1.5), QStringLiteral("1.5"));
+    }
+
+    void livePagesAreRetranslated()
+    {
+        TestDataFolder folder;
+        QVERIFY(copyCatalogues(folder));
+        QQmlApplicationEngine engine;
+        TranslationHandler handler(&engine);
+        engine.loadData("import QtQml 2.15\n"
+                        "QtObject { property string caption: qsTranslate(\"BaroH\", \"Sea Level Pressure (QNH)\") }");
+        QCOMPARE(engine.rootObjects().size(), 1);
+        QObject* page = engine.rootObjects().first();
+        QCOMPARE(page->property("caption").toString(), QString::fromLatin1(SeaLevel));
+        handler.selectLanguage("fr");
+        QCOMPARE(page->property("caption").toString(), SeaLevelFr);
+        handler.selectLanguage("en");
+        QCOMPARE(page->property("caption").toString(), QString::fromLatin1(SeaLevel));
+    }
+};
+
+QTEST_MAIN(TestTranslationHandler)
+#include "tst_translationhandler.moc"
