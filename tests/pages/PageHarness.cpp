@@ -1,0 +1,410 @@
+#include "PageHarness.h"
+
+#include "app/BackEnd.h"
+#include "app/TranslationHandler.h"
+#include "log/DataSource.h"
+#include "nmea/NmeaSourceType.h"
+#include "util/Clock.h"
+
+#include <QtCharts/QXYSeries>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
+#include <QtCore/QResource>
+#include <QtCore/QMutex>
+#include <QtCore/QMutexLocker>
+#include <QtCore/QSet>
+#include <QtCore/QSettings>
+#include <QtCore/QTimer>
+#include <QtGui/QDesktopServices>
+#include <QtQml/QQmlApplicationEngine>
+#include <QtQml/QQmlContext>
+#include <QtQml/QQmlExpression>
+#include <QtQuick/QQuickItem>
+#include <QtQuick/QQuickView>
+#include <QtQuick/QQuickWindow>
+#include <QtQuickControls2/QQuickStyle>
+#include <QtSql/QSqlDatabase>
+#include <QtSql/QSqlQuery>
+#include <QtTest/QtTest>
+
+#include <atomic>
+
+namespace {
+
+const QString TestConnection = QStringLiteral("PAGES_TEST");
+
+std::atomic<PageHarness*> current{nullptr};
+QMutex recordLock;
+
+// What the core writes on its own while the pages run: nothing else may appear.
+const QStringList CoreDiagnostics = {
+    QStringLiteral("BackEnd starting"),     QStringLiteral("no pressure sensor"),
+    QStringLiteral("BackEnd created"),      QStringLiteral("backend deleted"),
+    QStringLiteral("dataSource created"),   QStringLiteral("datasource deleted"),
+    QStringLiteral("translator qtbase empty ?"), QStringLiteral("translator qt empty ?"),
+    QStringLiteral("translator brinholt empty ?"),
+};
+
+// The pages' own console lines.
+const QStringList PageLogs = {
+    QStringLiteral("serie created"),      QStringLiteral("main page loaded, OS is"),
+    QStringLiteral("saving size"),        QStringLiteral("main deleted"),
+    QStringLiteral("language changed to "), QStringLiteral("file selected "),
+};
+
+bool startsWithAny(const QString& text, const QStringList& prefixes)
+{
+    for (const QString& prefix : prefixes) {
+        if (text.startsWith(prefix))
+            return true;
+    }
+    return false;
+}
+
+void registerOnce()
+{
+    static bool done = false;
+    if (done)
+        return;
+    done = true;
+    qmlRegisterType<BackEnd>("backend", 1, 0, "BackEnd");
+    QQuickStyle::setStyle(QStringLiteral("Material"));
+}
+
+QSqlDatabase testDatabase(const QString& path)
+{
+    QSqlDatabase db = QSqlDatabase::contains(TestConnection)
+            ? QSqlDatabase::database(TestConnection, false)
+            : QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), TestConnection);
+    if (db.databaseName() != path) {
+        db.close();
+        db.setDatabaseName(path);
+    }
+    if (!db.isOpen())
+        db.open();
+    return db;
+}
+
+void collect(QObject* object, const QString& objectName, QObject** found, QSet<QObject*>& seen)
+{
+    if (*found || !object || seen.contains(object))
+        return;
+    seen.insert(object);
+    if (object->objectName() == objectName) {
+        *found = object;
+        return;
+    }
+    if (auto* item = qobject_cast<QQuickItem*>(object)) {
+        const auto children = item->childItems();
+        for (QQuickItem* child : children)
+            collect(child, objectName, found, seen);
+    }
+    const auto children = object->children();
+    for (QObject* child : children)
+        collect(child, objectName, found, seen);
+}
+
+} // namespace
+
+PageHarness::PageHarness(bool liveTick)
+    : liveTick(liveTick)
+{
+    registerOnce();
+    current.store(this);
+    previousHandler = qInstallMessageHandler(&PageHarness::handle);
+    // No test may ever open a page on the network.
+    QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "openUrl");
+    QDesktopServices::setUrlHandler(QStringLiteral("http"), this, "openUrl");
+    qApp->installEventFilter(this);
+}
+
+PageHarness::~PageHarness()
+{
+    stop();
+    qApp->removeEventFilter(this);
+    QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
+    QDesktopServices::unsetUrlHandler(QStringLiteral("http"));
+    qInstallMessageHandler(previousHandler);
+    current.store(nullptr);
+    Clock::reset();
+}
+
+void PageHarness::handle(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    PageHarness* harness = current.load();
+    if (harness) {
+        QMutexLocker locker(&recordLock);
+        harness->recorded.append({type, QString::fromLatin1(context.category ? context.category : ""), message});
+    }
+    if (harness && harness->previousHandler)
+        harness->previousHandler(type, context, message);
+}
+
+QStringList PageHarness::unexpectedMessages() const
+{
+    QMutexLocker locker(&recordLock);
+    QStringList unexpected;
+    for (const Message& message : recorded) {
+        if (message.type == QtDebugMsg || message.type == QtInfoMsg) {
+            if (message.category == QLatin1String("qml") && !startsWithAny(message.text, PageLogs))
+                unexpected << message.text;
+            continue;
+        }
+        if (!startsWithAny(message.text, CoreDiagnostics))
+            unexpected << message.text;
+    }
+    return unexpected;
+}
+
+QStringList PageHarness::messages() const
+{
+    QMutexLocker locker(&recordLock);
+    QStringList texts;
+    for (const Message& message : recorded)
+        texts << message.text;
+    return texts;
+}
+
+void PageHarness::clearMessages()
+{
+    QMutexLocker locker(&recordLock);
+    recorded.clear();
+}
+
+void PageHarness::openUrl(const QUrl& url)
+{
+    urls << url;
+}
+
+bool PageHarness::eventFilter(QObject* watched, QEvent* event)
+{
+    // The sampling tick is the only repeating precise 2-second timer: held, tests tick by hand.
+    if (!liveTick && event->type() == QEvent::Timer) {
+        auto* timer = qobject_cast<QTimer*>(watched);
+        if (timer && timer->interval() == 2000 && timer->timerType() == Qt::PreciseTimer && !timer->isSingleShot()) {
+            timer->stop();
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void PageHarness::writeSetting(const QString& key, const QVariant& value)
+{
+    if (back) {
+        back->setSetting(key, value);
+        return;
+    }
+    QSettings ini(dataFolder.filePath(QStringLiteral("brinholt.ini")), QSettings::IniFormat);
+    ini.setValue(key, value);
+}
+
+void PageHarness::standIn(const QString& page)
+{
+    if (QFile::exists(QStringLiteral(":/") + page))
+        return;
+    const QString rcc = QStringLiteral(BRINHOLT_STANDINS_DIR "/%1.rcc").arg(page.section(QLatin1Char('.'), 0, 0));
+    if (QResource::registerResource(rcc))
+        standIns << rcc;
+    else
+        qWarning() << "stand-in not found" << rcc;
+}
+
+bool PageHarness::start(bool show, const QString& language)
+{
+    qmlEngine.reset(new QQmlApplicationEngine);
+
+    translationHandler.reset(new TranslationHandler(qmlEngine.get()));
+    qmlEngine->rootContext()->setContextProperty(QStringLiteral("translateHandler"), translationHandler.get());
+    translationHandler->selectLanguage(language);
+    view.reset(new QQuickView(qmlEngine.get(), nullptr));
+    view->setResizeMode(QQuickView::SizeRootObjectToView);
+    back = new BackEnd(qmlEngine.get());
+    view->rootContext()->setContextProperty(QStringLiteral("backend"), back);
+    source = new DataSource(view.get(), nullptr);
+    dataSource = source;
+    view->rootContext()->setContextProperty(QStringLiteral("dataSource"), source);
+    qmlEngine->load(QUrl(QStringLiteral("qrc:/main")));
+    QQuickWindow* shown = window();
+    if (!shown)
+        return false;
+    if (show) {
+        shown->show();
+        if (!QTest::qWaitForWindowExposed(shown))
+            return false;
+    }
+    return true;
+}
+
+void PageHarness::stop()
+{
+    if (source) {
+        delete source;
+        source = nullptr;
+        dataSource = nullptr;
+    }
+    if (back) {
+        delete back;
+        back = nullptr;
+        backend = nullptr;
+    }
+    view.reset();
+    translationHandler.reset();
+    qmlEngine.reset();
+    for (const QString& rcc : qAsConst(standIns))
+        QResource::unregisterResource(rcc);
+    standIns.clear();
+    if (QSqlDatabase::contains(TestConnection)) {
+        QSqlDatabase::database(TestConnection, false).close();
+        QSqlDatabase::removeDatabase(TestConnection);
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("DB_BRINHOLT"));
+}
+
+QQmlApplicationEngine& PageHarness::engine()
+{
+    return *qmlEngine;
+}
+
+TranslationHandler& PageHarness::translations()
+{
+    return *translationHandler;
+}
+
+QQuickWindow* PageHarness::window() const
+{
+    if (!qmlEngine || qmlEngine->rootObjects().isEmpty())
+        return nullptr;
+    return qobject_cast<QQuickWindow*>(qmlEngine->rootObjects().first());
+}
+
+QObject* PageHarness::find(const QString& objectName, QObject* root) const
+{
+    if (!root)
+        root = window() ? window()->contentItem() : nullptr;
+    QObject* found = nullptr;
+    QSet<QObject*> seen;
+    collect(root, objectName, &found, seen);
+    return found;
+}
+
+QQuickItem* PageHarness::item(const QString& objectName, QObject* root) const
+{
+    return qobject_cast<QQuickItem*>(find(objectName, root));
+}
+
+QObject* PageHarness::byId(QObject* inside, const QString& id)
+{
+    QQmlContext* context = inside ? qmlContext(inside) : nullptr;
+    return context ? context->contextProperty(id).value<QObject*>() : nullptr;
+}
+
+QVariant PageHarness::evaluate(QObject* scope, const QString& expression)
+{
+    QQmlExpression expr(qmlContext(scope), scope, expression);
+    const QVariant value = expr.evaluate();
+    if (expr.hasError())
+        qWarning() << "test expression failed" << expression << expr.error().toString();
+    return value;
+}
+
+QQuickItem* PageHarness::loadedPage() const
+{
+    QObject* loader = find(QStringLiteral("loader"));
+    return loader ? loader->property("item").value<QQuickItem*>() : nullptr;
+}
+
+QVariant PageHarness::call(QObject* object, const char* function, const QVariantList& args)
+{
+    QVariant result;
+    bool ok = false;
+    switch (args.size()) {
+    case 0:
+        ok = QMetaObject::invokeMethod(object, function, Q_RETURN_ARG(QVariant, result));
+        break;
+    case 1:
+        ok = QMetaObject::invokeMethod(object, function, Q_RETURN_ARG(QVariant, result), Q_ARG(QVariant, args.at(0)));
+        break;
+    case 2:
+        ok = QMetaObject::invokeMethod(object, function, Q_RETURN_ARG(QVariant, result), Q_ARG(QVariant, args.at(0)),
+                                       Q_ARG(QVariant, args.at(1)));
+        break;
+    default:
+        ok = QMetaObject::invokeMethod(object, function, Q_RETURN_ARG(QVariant, result), Q_ARG(QVariant, args.at(0)),
+                                       Q_ARG(QVariant, args.at(1)), Q_ARG(QVariant, args.at(2)));
+        break;
+    }
+    if (!ok)
+        qWarning() << "test call failed" << function;
+    return result;
+}
+
+bool PageHarness::insertRow(const QString& table, qint64 time, double pressure, double elevation, double offset)
+{
+    return exec(QStringLiteral("INSERT INTO %1 (TIME, LON, LAT, COG, SOG, PRE, ELE, OFS) "
+                               "VALUES (%2, 0, 0, 0, 0, %3, %4, %5)")
+                        .arg(table)
+                        .arg(time)
+                        .arg(pressure, 0, 'f', 4)
+                        .arg(elevation, 0, 'f', 4)
+                        .arg(offset, 0, 'f', 4));
+}
+
+bool PageHarness::insertRows(const QString& table, qint64 from, qint64 to, int step, double pressure)
+{
+    QSqlDatabase db = testDatabase(dataFolder.filePath(QStringLiteral("brinholt.db")));
+    db.transaction();
+    bool ok = true;
+    for (qint64 time = from; time <= to; time += step)
+        ok = insertRow(table, time, pressure) && ok;
+    db.commit();
+    return ok;
+}
+
+bool PageHarness::exec(const QString& statement)
+{
+    QSqlQuery query(testDatabase(dataFolder.filePath(QStringLiteral("brinholt.db"))));
+    return query.exec(statement);
+}
+
+int PageHarness::rowCount(const QString& table)
+{
+    QSqlQuery query(testDatabase(dataFolder.filePath(QStringLiteral("brinholt.db"))));
+    if (!query.exec(QStringLiteral("SELECT COUNT(*) FROM %1").arg(table)) || !query.next())
+        return -1;
+    return query.value(0).toInt();
+}
+
+void PageHarness::sample(qint64 secsSinceEpoch, double hPa)
+{
+    Clock::setFixedSecsSinceEpoch(secsSinceEpoch);
+    back->setCurrentPressure(hPa, Serial);
+    back->slot_timerData();
+}
+
+void PageHarness::sampleWithoutPressure(qint64 secsSinceEpoch)
+{
+    Clock::setFixedSecsSinceEpoch(secsSinceEpoch);
+    back->setCurrentPressure(-2000.0, Serial);
+    back->slot_timerData();
+}
+
+QObject* PageHarness::chart() const
+{
+    return find(QStringLiteral("chartPressure"));
+}
+
+int PageHarness::seriesCount() const
+{
+    QObject* view = chart();
+    return view ? view->property("count").toInt() : -1;
+}
+
+QtCharts::QXYSeries* PageHarness::series(int index) const
+{
+    QObject* view = chart();
+    if (!view)
+        return nullptr;
+    const QVariant value = evaluate(view, QStringLiteral("series(%1)").arg(index));
+    return qobject_cast<QtCharts::QXYSeries*>(value.value<QObject*>());
+}

@@ -1,0 +1,5 @@
+import QtQuick 2.15
+
+// Stands in for the rows of one table in tests of FilesSwipe.
+Item {
+}

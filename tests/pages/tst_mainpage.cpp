@@ -1,0 +1,328 @@
+#include "PageHarness.h"
+#include "support/HostTheme.h"
+
+#include "app/BackEnd.h"
+#include "app/TranslationHandler.h"
+#include "log/DataSource.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
+#include <QtCore/QPointer>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QTranslator>
+#include <QtGui/QColor>
+#include <QtQuick/QQuickItem>
+#include <QtQuick/QQuickWindow>
+#include <QtTest/QtTest>
+#include <qpa/qwindowsysteminterface.h>
+
+namespace {
+
+constexpr qint64 T0 = 1700000040;
+
+const QColor Blue("blue");
+const QColor Yellow("yellow");
+
+} // namespace
+
+// The main window: the bar, the theme, the language reload and the application state.
+class TestMainPage : public QObject
+{
+    Q_OBJECT
+
+private:
+    static bool startMain(PageHarness& h)
+    {
+        h.writeSetting("windowWidth", 800);
+        h.writeSetting("windowHeight", 600);
+        h.writeSetting("windowX", 0);
+        h.writeSetting("windowY", 0);
+        return h.start();
+    }
+
+    static bool isDark(PageHarness& h)
+    {
+        return PageHarness::evaluate(h.window(), "Material.theme === Material.Dark").toBool();
+    }
+
+    static QColor accent(PageHarness& h)
+    {
+        return PageHarness::evaluate(h.window(), "Material.accent").value<QColor>();
+    }
+
+    static QString icon(PageHarness& h, const QString& button)
+    {
+        return PageHarness::evaluate(h.find(button), "icon.source").toUrl().toString();
+    }
+
+    static void press(PageHarness& h, const QString& button)
+    {
+        QQuickItem* item = h.item(button);
+        QTest::mouseClick(h.window(), Qt::LeftButton, Qt::NoModifier,
+                          item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint());
+    }
+
+    static QUrl loaderSource(PageHarness& h)
+    {
+        return h.find("loader")->property("source").toUrl();
+    }
+
+    static bool copyCatalogues(const QString& folder)
+    {
+        for (const char* name : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm", "qt_fr.qm", "qtbase_fr.qm"}) {
+            const QString from = QDir(BRINHOLT_BINARY_DIR).filePath(name);
+            if (!QFile::copy(from, QDir(folder).filePath(name)))
+                return false;
+        }
+        return true;
+    }
+
+    static void checkClean(PageHarness& h)
+    {
+        const QStringList unexpected = h.unexpectedMessages();
+        QVERIFY2(unexpected.isEmpty(), qPrintable(unexpected.join('\n')));
+    }
+
+private slots:
+    void themeRules_data()
+    {
+        QTest::addColumn<int>("theme");
+        QTest::addColumn<QColor>("hostText");
+        QTest::addColumn<bool>("dark");
+        QTest::newRow("light whatever the host") << 0 << QColor(Qt::white) << false;
+        QTest::newRow("dark whatever the host") << 1 << QColor(Qt::black) << true;
+        QTest::newRow("device, host dark") << 2 << QColor(230, 230, 230) << true;
+        QTest::newRow("device, host light") << 2 << QColor(Qt::black) << false;
+        QTest::newRow("device, yellow text is no dark mode") << 2 << QColor(Qt::yellow) << false;
+    }
+
+    void themeRules()
+    {
+        QFETCH(int, theme);
+        QFETCH(QColor, hostText);
+        QFETCH(bool, dark);
+        HostTheme host;
+        host.setWindowText(hostText);
+        PageHarness h;
+        h.writeSetting("theme", theme);
+        QVERIFY(startMain(h));
+        QCOMPARE(isDark(h), dark);
+        QCOMPARE(accent(h), dark ? Yellow : Blue);
+        QCOMPARE(icon(h, "baroButton"), dark ? QStringLiteral("qrc:/Images/tab_graph_yellow~universal.png")
+                                              : QStringLiteral("qrc:/Images/tab_graph_blue~universal.png"));
+        QCOMPARE(icon(h, "dataButton"), dark ? QStringLiteral("qrc:/Images/Data_yellow~universal.png")
+                                              : QStringLiteral("qrc:/Images/Data_blue~universal.png"));
+        QCOMPARE(icon(h, "settingsButton"), dark ? QStringLiteral("qrc:/Images/settings_tab_yellow~universal.png")
+                                                  : QStringLiteral("qrc:/Images/settings_tab~universal.png"));
+        QCOMPARE(icon(h, "helpButton"), dark ? QStringLiteral("qrc:/Images/help_tab_yellow~universal.png")
+                                              : QStringLiteral("qrc:/Images/help_tab~universal.png"));
+        // The pages follow the window.
+        QCOMPARE(h.find("textPos", h.item("baroH"))->property("color").value<QColor>(), dark ? Yellow : Blue);
+        checkClean(h);
+    }
+
+    void deviceThemeFollowsTheHostWithinOneTick()
+    {
+        HostTheme host;
+        host.setWindowText(Qt::black);
+        PageHarness h(true);
+        h.writeSetting("theme", 2);
+        QVERIFY(startMain(h));
+        QVERIFY(!isDark(h));
+        QSignalSpy changes(h.backEnd(), &BackEnd::systemThemeChanged);
+        // The first tick always tells the theme; it is light.
+        QVERIFY(changes.wait(3000));
+        QVERIFY(!isDark(h));
+
+        host.setWindowText(QColor(240, 240, 240));
+        QElapsedTimer clock;
+        clock.start();
+        QTRY_VERIFY_WITH_TIMEOUT(isDark(h), 3000);
+        QVERIFY2(clock.elapsed() <= 2000 + 300, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(accent(h), Yellow);
+        QCOMPARE(icon(h, "baroButton"), QStringLiteral("qrc:/Images/tab_graph_yellow~universal.png"));
+        QCOMPARE(h.chart()->property("backgroundColor").value<QColor>(),
+                 PageHarness::evaluate(h.window(), "Material.background").value<QColor>());
+
+        host.setWindowText(Qt::black);
+        QTRY_VERIFY_WITH_TIMEOUT(!isDark(h), 3000);
+        QCOMPARE(accent(h), Blue);
+        checkClean(h);
+    }
+
+    void systemThemeSignalSetsTheWindow()
+    {
+        PageHarness h;
+        h.writeSetting("theme", 0);
+        QVERIFY(startMain(h));
+        emit h.backEnd()->systemThemeChanged(1);
+        QVERIFY(isDark(h));
+        QCOMPARE(accent(h), Yellow);
+        emit h.backEnd()->systemThemeChanged(0);
+        QVERIFY(!isDark(h));
+        QCOMPARE(accent(h), Blue);
+        // Anything but 0 is dark.
+        emit h.backEnd()->systemThemeChanged(7);
+        QVERIFY(isDark(h));
+        checkClean(h);
+    }
+
+    void theBarLoadsThePages_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<bool>("built");
+        QTest::newRow("graph") << "baroButton" << "qrc:/BaroSwipe" << true;
+        QTest::newRow("log") << "dataButton" << "qrc:/FilesSwipe" << true;
+        QTest::newRow("settings") << "settingsButton" << "qrc:/settings" << true;
+        QTest::newRow("help") << "helpButton" << "qrc:/Help_textview" << QFile::exists(":/Help_textview");
+    }
+
+    void theBarLoadsThePages()
+    {
+        QFETCH(QString, button);
+        QFETCH(QString, source);
+        QFETCH(bool, built);
+        if (!built)
+            QSKIP("that page is not in the resources yet; see missingPageLeavesTheAreaEmpty");
+        PageHarness h;
+        h.standIn("FileData.qml");
+        h.standIn("FileDetails.qml");
+        h.standIn("settings");
+        QVERIFY(startMain(h));
+        press(h, button);
+        QCOMPARE(loaderSource(h), QUrl(source));
+        QQuickItem* page = h.loadedPage();
+        QVERIFY(page);
+        QVERIFY(page->isVisible());
+        if (button == "settingsButton")
+            QCOMPARE(page->property("loader").value<QObject*>(), h.find("loader"));
+        checkClean(h);
+    }
+
+    void eachPressMakesTheGraphAnew()
+    {
+        PageHarness h;
+        QVERIFY(startMain(h));
+        h.sample(T0, 1012.0);
+        QPointer<QQuickItem> first = h.loadedPage();
+        QVERIFY(first);
+        QCOMPARE(h.messages().count("serie created"), 1);
+        press(h, "baroButton");
+        QTRY_VERIFY(first.isNull());
+        QVERIFY(h.loadedPage());
+        QCOMPARE(h.messages().count("serie created"), 2);
+        // A new page keeps nothing of the old one: its texts wait for the next sample.
+        QCOMPARE(h.find("textDate", h.item("baroH"))->property("text").toString(), QString());
+        checkClean(h);
+    }
+
+    void missingPageLeavesTheAreaEmpty()
+    {
+        const QString missing = QFile::exists(":/Help_textview") ? QString() : QStringLiteral("helpButton");
+        if (missing.isEmpty())
+            QSKIP("every page of the bar is built");
+        PageHarness h;
+        QVERIFY(startMain(h));
+        press(h, missing);
+        QCOMPARE(h.loadedPage(), nullptr);
+        QVERIFY(h.find("loader")->property("source").toUrl().isEmpty());
+        // The bar still works.
+        press(h, "baroButton");
+        QVERIFY(h.loadedPage());
+        QCOMPARE(loaderSource(h), QUrl("qrc:/BaroSwipe"));
+        checkClean(h);
+    }
+
+    void languageChangeRebuildsTheSettingsPage()
+    {
+        PageHarness h;
+        h.standIn("settings");
+        QVERIFY(copyCatalogues(h.folder().path()));
+        QVERIFY(startMain(h));
+        press(h, "settingsButton");
+        QPointer<QQuickItem> english = h.loadedPage();
+        QVERIFY(english);
+
+        // The settings page asks for the language; the window answers by building it anew.
+        h.translations().selectLanguage("fr");
+        QCOMPARE(h.messages().count("language changed to fr"), 1);
+        QCOMPARE(loaderSource(h), QUrl("qrc:/settings"));
+        QQuickItem* french = h.loadedPage();
+        QVERIFY(french);
+        QVERIFY(french != english.data());
+        QVERIFY(french->isVisible());
+        QTRY_VERIFY(english.isNull());
+        QCOMPARE(french->property("loader").value<QObject*>(), h.find("loader"));
+        const QString seaLevel = QCoreApplication::translate("BaroH", "Sea Level Pressure (QNH)");
+        QVERIFY2(seaLevel != QStringLiteral("Sea Level Pressure (QNH)"), "the French catalogue is not in use");
+        if (QObject* text = h.find("standInText", french))
+            QCOMPARE(text->property("text").toString(), seaLevel);
+
+        // The next page loaded speaks French.
+        press(h, "baroButton");
+        QQuickItem* graph = h.item("baroH");
+        QVERIFY(graph);
+        QCOMPARE(h.find("textPreLevel", graph)->property("text").toString(), seaLevel);
+        QCOMPARE(h.find("button30m", graph)->property("text").toString(),
+                 QCoreApplication::translate("BaroH", "30m"));
+        QVERIFY(h.find("button30m", graph)->property("text").toString() != QStringLiteral("30m"));
+        h.translations().selectLanguage("en");
+        checkClean(h);
+    }
+
+    void everyPageTextIsInBothCatalogues_data()
+    {
+        QTest::addColumn<QString>("catalogue");
+        QTest::addColumn<QString>("context");
+        QTest::addColumn<QString>("source");
+        const QRegularExpression qsTr(QStringLiteral("qsTr\\(\"([^\"]*)\"\\)"));
+        for (const char* page : {"main", "BaroSwipe", "FilesSwipe", "BaroH", "BaroV", "M_ToolButton"}) {
+            QFile file(QStringLiteral(BRINHOLT_SOURCE_DIR "/pages/%1.qml").arg(page));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QString text = QString::fromUtf8(file.readAll());
+            auto matches = qsTr.globalMatch(text);
+            while (matches.hasNext()) {
+                const QString source = matches.next().captured(1);
+                for (const char* catalogue : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm"})
+                    QTest::addRow("%s %s: %s", catalogue, page, qPrintable(source)) << catalogue << page << source;
+            }
+        }
+    }
+
+    void everyPageTextIsInBothCatalogues()
+    {
+        QFETCH(QString, catalogue);
+        QFETCH(QString, context);
+        QFETCH(QString, source);
+        QTranslator translator;
+        QVERIFY(translator.load(QDir(BRINHOLT_BINARY_DIR).filePath(catalogue)));
+        const QString translated = translator.translate(context.toUtf8().constData(), source.toUtf8().constData());
+        QVERIFY2(!translated.isEmpty(), "no translation");
+        if (catalogue.contains("en_US"))
+            QCOMPARE(translated, source);
+    }
+
+    void applicationStateReachesTheBackEnd()
+    {
+        PageHarness h;
+        QVERIFY(startMain(h));
+        h.sample(T0, 1012.0);
+        QWindowSystemInterface::handleApplicationStateChanged(Qt::ApplicationInactive);
+        QWindowSystemInterface::flushWindowSystemEvents();
+        QCOMPARE(QGuiApplication::applicationState(), Qt::ApplicationInactive);
+        // Logging goes on in the background.
+        QSignalSpy updates(h.backEnd(), &BackEnd::dataUpdated);
+        h.sample(T0 + 2, 1012.0);
+        h.sample(T0 + 4, 1012.0);
+        QCOMPARE(updates.count(), 1);
+        QWindowSystemInterface::handleApplicationStateChanged(Qt::ApplicationActive);
+        QWindowSystemInterface::flushWindowSystemEvents();
+        QCOMPARE(QGuiApplication::applicationState(), Qt::ApplicationActive);
+        checkClean(h);
+    }
+};
+
+QTEST_MAIN(TestMainPage)
+#include "tst_mainpage.moc"
