@@ -1,0 +1,192 @@
+#include "support/AppProcess.h"
+#include "support/TestDataFolder.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QDir>
+#include <QtCore/QSettings>
+#include <QtCore/QTimer>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QImage>
+#include <QtGui/QPixmap>
+#include <QtGui/QScreen>
+#include <QtNetwork/QUdpSocket>
+#include <QtSql/QSqlDatabase>
+#include <QtSql/QSqlQuery>
+#include <QtTest/QtTest>
+
+#include <cmath>
+#include <csignal>
+
+namespace {
+
+const QStringList Tables = {"BARO30M", "BARO3H", "BARO6H", "BAR12H", "BARO1D",
+                            "BARO2D",  "BARO4D", "BARO8D", "BAR16D"};
+const QList<int> Intervals = {2, 6, 12, 24, 48, 96, 192, 384, 768};
+
+constexpr int WindowWidth = 1200;
+constexpr int WindowHeight = 760;
+
+// The weather of the pictures: pressure climbing by two and a half hectopascals over the
+// last three hours, with a swell on it; `age` in seconds before now.
+double weather(qint64 age)
+{
+    return 1011.6 - age * (2.5 / 10800.0) + 0.6 * std::sin(age / 360.0);
+}
+
+QByteArray sentence(const QByteArray& body)
+{
+    quint8 sum = 0;
+    for (char c : body)
+        sum ^= quint8(c);
+    return "$" + body + "*" + QByteArray::number(sum, 16).toUpper().rightJustified(2, '0') + "\r\n";
+}
+
+// A log as the application writes it, reaching up to the present second.
+bool prepareLog(const QString& path, qint64 now)
+{
+    bool ok = true;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "SCREENS");
+        db.setDatabaseName(path);
+        ok = db.open();
+        QSqlQuery query(db);
+        db.transaction();
+        for (int i = 0; ok && i < Tables.size(); ++i) {
+            ok = query.exec(QString("CREATE TABLE %1 (TIME INTEGER primary key, LON FLOAT, LAT FLOAT, COG FLOAT, "
+                                    "SOG FLOAT, PRE FLOAT, ELE FLOAT, OFS FLOAT)")
+                                    .arg(Tables.at(i)));
+            const qint64 span = Intervals.at(i) == 2 ? 1800 : qint64(Intervals.at(i)) * 1800;
+            const qint64 first = now - qMin<qint64>(span, 3 * 3600 + 600);
+            for (qint64 t = now - 2; ok && t > first; t -= Intervals.at(i)) {
+                ok = query.exec(QString("INSERT INTO %1 VALUES (%2, -4.504, 48.258, 215.0, 6.2, %3, 0, 0)")
+                                        .arg(Tables.at(i))
+                                        .arg(t)
+                                        .arg(weather(now - t), 0, 'f', 3));
+            }
+        }
+        db.commit();
+        db.close();
+    }
+    QSqlDatabase::removeDatabase("SCREENS");
+    return ok;
+}
+
+int pixelsNear(const QImage& image, const QColor& colour, int tolerance)
+{
+    int n = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor c = image.pixelColor(x, y);
+            if (std::abs(c.red() - colour.red()) <= tolerance && std::abs(c.green() - colour.green()) <= tolerance
+                && std::abs(c.blue() - colour.blue()) <= tolerance)
+                ++n;
+        }
+    }
+    return n;
+}
+
+} // namespace
+
+// The real executable on an X display, fed by a device on UDP, photographed in both themes.
+class TestGraphScreens : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        if (QGuiApplication::platformName() != QLatin1String("xcb"))
+            QSKIP("needs an X display: run under xvfb-run with QT_QPA_PLATFORM=xcb");
+        QVERIFY(QDir().mkpath(BRINHOLT_BINARY_DIR "/screenshots"));
+    }
+
+    void graphPage_data()
+    {
+        QTest::addColumn<int>("theme");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QColor>("background");
+        QTest::newRow("light") << 0 << "graph-light.png" << QColor("#FAFAFA");
+        QTest::newRow("dark") << 1 << "graph-dark.png" << QColor("#303030");
+    }
+
+    void graphPage()
+    {
+        QFETCH(int, theme);
+        QFETCH(QString, file);
+        QFETCH(QColor, background);
+
+        TestDataFolder folder;
+        const qint64 now = QDateTime::currentSecsSinceEpoch();
+        QVERIFY(prepareLog(folder.filePath("brinholt.db"), now));
+
+        // A free port for the device's sentences, on this machine only.
+        quint16 port = 0;
+        {
+            QUdpSocket probe;
+            QVERIFY(probe.bind(QHostAddress(QHostAddress::LocalHost), 0));
+            port = probe.localPort();
+        }
+        {
+            QSettings ini(folder.filePath("brinholt.ini"), QSettings::IniFormat);
+            ini.setValue("language", 0);
+            ini.setValue("formatMMDD", 0);
+            ini.setValue("theme", theme);
+            ini.setValue("windowWidth", WindowWidth);
+            ini.setValue("windowHeight", WindowHeight);
+            ini.setValue("windowX", 0);
+            ini.setValue("windowY", 0);
+            ini.setValue("SettingUseUdp", 1);
+            ini.setValue("SettingUdpPort", port);
+        }
+
+        QUdpSocket device;
+        QTimer feed;
+        QObject::connect(&feed, &QTimer::timeout, [&device, port] {
+            const QDateTime utc = QDateTime::currentDateTimeUtc();
+            const double hPa = weather(0);
+            device.writeDatagram(sentence("IIMMB," + QByteArray::number(hPa * 0.02953, 'f', 4) + ",I,"
+                                          + QByteArray::number(hPa / 1000.0, 'f', 5) + ",B"),
+                                 QHostAddress::LocalHost, port);
+            device.writeDatagram(sentence("GPRMC," + utc.toString("hhmmss.00").toLatin1()
+                                          + ",A,4815.480,N,00430.240,W,6.2,215.0,"
+                                          + utc.toString("ddMMyy").toLatin1() + ",,,A"),
+                                 QHostAddress::LocalHost, port);
+        });
+        feed.start(500);
+
+        AppProcess app(folder.path());
+        app.environment().insert("QT_QPA_PLATFORM", "xcb");
+        app.environment().insert("QT_QUICK_BACKEND", "software");
+        app.environment().insert("LC_ALL", "en_GB.UTF-8");
+        QVERIFY(app.start());
+        QVERIFY2(app.waitForLog("main page loaded", 30000), qPrintable(app.log().join('\n')));
+        // Two ticks: the pressure and the chart are up.
+        QTest::qWait(5000);
+
+        QScreen* screen = QGuiApplication::primaryScreen();
+        const QImage shot = screen->grabWindow(0, 0, 0, WindowWidth, WindowHeight).toImage();
+        QVERIFY(!shot.isNull());
+        const QString path = QDir(BRINHOLT_BINARY_DIR "/screenshots").filePath(file);
+        QVERIFY(shot.save(path));
+        qInfo().noquote() << "screenshot" << path;
+
+        QVERIFY(app.stop(SIGTERM, 20000));
+        QCOMPARE(app.process().exitCode(), 0);
+        QStringList warnings;
+        for (const QString& line : app.log()) {
+            if (line.contains("qrc:/") || line.contains("QML") || line.contains("Error") || line.contains("TypeError"))
+                warnings << line;
+        }
+        QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join('\n')));
+
+        // The page's own background, the banner above it, the curve and the pressure in red.
+        const int banner = WindowWidth * 218 / 1800;
+        QCOMPARE(shot.pixelColor(3, banner + 4), background);
+        QVERIFY(shot.pixelColor(3, 3).blue() > shot.pixelColor(3, 3).red());
+        const int red = pixelsNear(shot, QColor("#E63219"), 40);
+        QVERIFY2(red > 2000, qPrintable(QString::number(red)));
+    }
+};
+
+QTEST_MAIN(TestGraphScreens)
+#include "tst_graphscreens.moc"
