@@ -12,6 +12,7 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTranslator>
 #include <QtGui/QColor>
+#include <QtGui/QScreen>
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
 #include <QtTest/QtTest>
@@ -85,6 +86,21 @@ private:
     }
 
 private slots:
+    void firstStartCentresSeventyPercentOfTheScreen()
+    {
+        PageHarness h;
+        QVERIFY(h.start());
+        const QRect screen = h.window()->screen()->geometry();
+        QCOMPARE(h.window()->width(), int(screen.width() * 0.7));
+        QCOMPARE(h.window()->height(), int(screen.height() * 0.7));
+        QCOMPARE(h.window()->x(), int(screen.width() / 2 - screen.width() * 0.35));
+        QCOMPARE(h.window()->y(), int(screen.height() / 2 - screen.height() * 0.35));
+        QCOMPARE(h.window()->title(), QStringLiteral("Brinholt"));
+        QCOMPARE(h.messages().filter("main page loaded, OS is").size(), 1);
+        QCOMPARE(loaderSource(h), QUrl("qrc:/BaroSwipe"));
+        checkClean(h);
+    }
+
     void themeRules_data()
     {
         QTest::addColumn<int>("theme");
