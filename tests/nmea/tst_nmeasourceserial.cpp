@@ -30,6 +30,8 @@ private slots:
     void portGetsTheMappedSettings();
     void openFailureRetriesForEver();
     void unpluggedDeviceWithdrawsPressureAtOnceAndIsFoundAgain();
+    void nulCutsTheRestOfTheBuffer();
+    void nulRightAfterALineEndHoldsTheLine();
     void writesReachTheDevice();
     void stopClosesThePort();
 
@@ -349,6 +351,41 @@ void TestNmeaSourceSerial::unpluggedDeviceWithdrawsPressureAtOnceAndIsFoundAgain
     QTRY_VERIFY_WITH_TIMEOUT(source->isConnected(), 1000);
     terminal.write(withSum("$WIXDR,P,1.0200,B,Barometer") + "\r\n");
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1020.0);
+}
+
+void TestNmeaSourceSerial::nulCutsTheRestOfTheBuffer()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = openReadySource(fixture, terminal);
+    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + QByteArray("\r\n\0$WIXDR,P,1.0500,B,B\r\n", 23));
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+    QTRY_VERIFY(source->getBuffer().isEmpty());
+    QTest::qWait(50);
+    QCOMPARE(fixture.b->getCurrentPressure(), 1013.2);
+    terminal.write(withSum("$WIXDR,P,1.0200,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1020.0);
+}
+
+void TestNmeaSourceSerial::nulRightAfterALineEndHoldsTheLine()
+{
+    // The buffer is read only up to its first NUL and stays as it was when that gives no
+    // line: a NUL at its front holds everything after it, for as long as the source lives.
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = openReadySource(fixture, terminal);
+    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+    terminal.write(QByteArray(1, '\0'));
+    QTRY_COMPARE(source->getBuffer(), QByteArray(1, '\0'));
+    terminal.write(withSum("$WIXDR,P,1.0200,B,Barometer") + "\r\n");
+    QTRY_COMPARE(source->getBuffer().size(), 1 + 32);
+    terminal.write(withSum("$WIXDR,P,1.0300,B,Barometer") + "\r\n");
+    QTRY_COMPARE(source->getBuffer().size(), 1 + 2 * 32);
+    QCOMPARE(fixture.b->getCurrentPressure(), 1013.2);
+    QVERIFY(source->isConnected());
 }
 
 void TestNmeaSourceSerial::writesReachTheDevice()

@@ -69,6 +69,21 @@ bool PseudoTerminal::write(const QByteArray& bytes)
     return ::write(master, bytes.constData(), static_cast<size_t>(bytes.size())) == bytes.size();
 }
 
+bool PseudoTerminal::writeAll(const QByteArray& bytes, int timeoutMs)
+{
+    QElapsedTimer timer;
+    timer.start();
+    int done = 0;
+    while (master >= 0 && done < bytes.size() && timer.elapsed() < timeoutMs) {
+        const ssize_t n = ::write(master, bytes.constData() + done, static_cast<size_t>(bytes.size() - done));
+        if (n > 0)
+            done += static_cast<int>(n);
+        else
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    }
+    return done == bytes.size();
+}
+
 QByteArray PseudoTerminal::readAvailable()
 {
     QByteArray bytes;

@@ -23,6 +23,9 @@ public:
 
     // Writes as one block. False if the device's side is closed or the write failed.
     bool write(const QByteArray& bytes);
+    // Writes all of it, running the event loop while the line is full, as a fast device
+    // does against a slow reader. False if the time ran out first.
+    bool writeAll(const QByteArray& bytes, int timeoutMs);
     // What the other side has written so far, without waiting.
     QByteArray readAvailable();
     // Reads, running the event loop meanwhile, until `marker` has arrived or the time is up.
