@@ -1,0 +1,177 @@
+// The serial source on its receiver thread against the simulated device: a device that
+// misbehaves, and one that is unplugged and plugged in again.
+#include "nmea/NmeaSourceSerial.h"
+
+#include "DeviceSim.h"
+#include "NmeaTestKit.h"
+#include "support/MessageLog.h"
+#include "support/TestDataFolder.h"
+#include "util/Clock.h"
+
+#include <QtTest/QtTest>
+
+using namespace NmeaTestKit;
+
+class TestSerialDevice : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+    void unpluggedDeviceIsRetriedAndReadingsReturnWithoutRestart();
+    void readingsReturnWithinOneRealRetryAfterReplug();
+    void noiseFromTheDeviceIsStripped();
+    void linesWithoutEndGiveNoReadingUntilEnded();
+    void silentDeviceAgesOutWithoutRetry();
+
+private:
+    static void startSerial(BackEnd& b, const QString& path)
+    {
+        b.setSetting(QStringLiteral("SettingSerialPort"), path);
+        b.setSetting(QStringLiteral("SettingUseSerial"), 1);
+        b.startNmea();
+    }
+    static QStringList fastDevice(const TestDataFolder& folder)
+    {
+        return {QStringLiteral("--interval"), QStringLiteral("100"), QStringLiteral("--seed"), QStringLiteral("11"),
+                QStringLiteral("--link"), folder.filePath(QStringLiteral("skerry"))};
+    }
+};
+
+void TestSerialDevice::cleanup()
+{
+    NmeaSource::setRetryIntervalMs(10000);
+    Clock::reset();
+}
+
+void TestSerialDevice::unpluggedDeviceIsRetriedAndReadingsReturnWithoutRestart()
+{
+    NmeaSource::setRetryIntervalMs(500);
+    TestDataFolder folder;
+    writeIni(quietSettings());
+    DeviceSim device;
+    const QString path = device.start(fastDevice(folder));
+    QVERIFY(!path.isEmpty());
+    BackEnd b;
+    startSerial(b, path);
+    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
+    NmeaReceiver* receiver = b.getReceiver();
+
+    MessageLog log;
+    QElapsedTimer sinceUnplug;
+    sinceUnplug.start();
+    device.command(QStringLiteral("vanish"));
+    // Withdrawn at once, not after the 60 s a reading lives.
+    QTRY_COMPARE_WITH_TIMEOUT(b.getSerialPressure(), -2000.0, 1000);
+    QCOMPARE(b.getCurrentPressure(), -2000.0);
+    QCOMPARE(log.count(QStringLiteral("error occured on port")), 1);
+    // Retried every interval while the device stays away.
+    QTRY_VERIFY_WITH_TIMEOUT(log.count(QStringLiteral("error opening serial port")) >= 3, 4000);
+    const int attempts = log.count(QStringLiteral("error opening serial port"));
+    QVERIFY2(attempts <= sinceUnplug.elapsed() / 500 + 1, qPrintable(QString::number(attempts)));
+
+    QElapsedTimer sinceReplug;
+    device.command(QStringLiteral("return"));
+    QCOMPARE(device.nextPath(), path);
+    sinceReplug.start();
+    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 3000);
+    // Within one retry, plus the device's own interval.
+    QVERIFY2(sinceReplug.elapsed() < 500 + 400, qPrintable(QString::number(sinceReplug.elapsed())));
+    QCOMPARE(b.getReceiver(), receiver);
+}
+
+void TestSerialDevice::readingsReturnWithinOneRealRetryAfterReplug()
+{
+    // On the real 10000 ms retry.
+    TestDataFolder folder;
+    writeIni(quietSettings());
+    DeviceSim device;
+    const QString path = device.start(fastDevice(folder));
+    QVERIFY(!path.isEmpty());
+    BackEnd b;
+    startSerial(b, path);
+    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
+
+    MessageLog log;
+    device.command(QStringLiteral("vanish"));
+    QTRY_COMPARE_WITH_TIMEOUT(b.getSerialPressure(), -2000.0, 1000);
+    QElapsedTimer sinceLoss;
+    sinceLoss.start();
+    QTest::qWait(2000);
+    device.command(QStringLiteral("return"));
+    QCOMPARE(device.nextPath(), path);
+    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 12000);
+    const qint64 elapsed = sinceLoss.elapsed();
+    // The port is opened again by the retry 10 s after the loss, not before (a coarse
+    // timer may fire up to 5 % early).
+    QVERIFY2(elapsed >= 9400 && elapsed < 11000, qPrintable(QString::number(elapsed)));
+    QCOMPARE(log.count(QStringLiteral("error opening serial port")), 0);
+}
+
+void TestSerialDevice::noiseFromTheDeviceIsStripped()
+{
+    TestDataFolder folder;
+    writeIni(quietSettings());
+    DeviceSim device;
+    QStringList arguments = fastDevice(folder);
+    arguments << QStringLiteral("--noise");
+    const QString path = device.start(arguments);
+    QVERIFY(!path.isEmpty());
+    MessageLog log;
+    BackEnd b;
+    startSerial(b, path);
+    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
+    QTest::qWait(500);
+    // Lines of noise alone vanish; noise ahead of a sentence is stripped.
+    QCOMPARE(log.count(QStringLiteral("message rejected by NMEA module")), 0);
+}
+
+void TestSerialDevice::linesWithoutEndGiveNoReadingUntilEnded()
+{
+    TestDataFolder folder;
+    writeIni(quietSettings());
+    DeviceSim device;
+    QStringList arguments = fastDevice(folder);
+    arguments << QStringLiteral("--no-end");
+    const QString path = device.start(arguments);
+    QVERIFY(!path.isEmpty());
+    BackEnd b;
+    startSerial(b, path);
+    QTest::qWait(1500);
+    QCOMPARE(b.getSerialPressure(), -2000.0);
+    auto* serial = qobject_cast<NmeaSourceSerial*>(onReceiverThread(b.getReceiver(), [&] {
+        return b.getReceiver()->getSources().value(0);
+    }));
+    QVERIFY(serial);
+    QVERIFY(onReceiverThread(b.getReceiver(), [&] { return serial->getBuffer().size(); }) > 200);
+
+    device.command(QStringLiteral("noend off"));
+    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 3000);
+}
+
+void TestSerialDevice::silentDeviceAgesOutWithoutRetry()
+{
+    NmeaSource::setRetryIntervalMs(200);
+    TestDataFolder folder;
+    writeIni(quietSettings());
+    DeviceSim device;
+    const QString path = device.start(fastDevice(folder));
+    QVERIFY(!path.isEmpty());
+    BackEnd b;
+    startSerial(b, path);
+    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
+    MessageLog log;
+    device.command(QStringLiteral("silent on"));
+    QTest::qWait(800);
+    const double last = b.getSerialPressure();
+    QVERIFY(last > 900.0);
+    // The port stays open and quiet: nothing to retry, nothing said.
+    QVERIFY2(log.messages().isEmpty(), qPrintable(log.messages().join(QLatin1Char('|'))));
+    QCOMPARE(b.getCurrentPressure(), last);
+    Clock::advanceMonotonicMs(60000);
+    QCOMPARE(b.getCurrentPressure(), -2000.0);
+    QCOMPARE(b.getSerialPressure(), last);
+}
+
+QTEST_MAIN(TestSerialDevice)
+#include "tst_serialdevice.moc"
