@@ -87,6 +87,8 @@ private slots:
         const int catalogue = log.indexOf(QRegularExpression("^translator brinholt empty \\? false$"));
         QVERIFY2(catalogue >= 0, qPrintable(log.join('\n')));
         QVERIFY(catalogue < log.indexOf(QRegularExpression(".*main page loaded.*")));
+        QVERIFY(log.contains("translator qt empty ? false"));
+        QVERIFY(log.contains("translator qtbase empty ? false"));
         QVERIFY(app.stop(SIGTERM, 20000));
         QSettings ini(folder.filePath("brinholt.ini"), QSettings::IniFormat);
         QCOMPARE(ini.value("language").toInt(), 1);

@@ -33,7 +33,8 @@ bool AppProcess::start()
     const QDir build(QStringLiteral(BRINHOLT_BINARY_DIR));
     const QStringList files = {QStringLiteral("brinholt"), QStringLiteral("Brinholt_en_US.qm"),
                                QStringLiteral("Brinholt_fr_FR.qm"), QStringLiteral("qt_fr.qm"),
-                               QStringLiteral("qtbase_fr.qm")};
+                               QStringLiteral("qtbase_fr.qm"), QStringLiteral("qtscript_fr.qm"),
+                               QStringLiteral("qtmultimedia_fr.qm"), QStringLiteral("qtxmlpatterns_fr.qm")};
     for (const QString& name : files) {
         const QString target = QDir(folder).filePath(name);
         QFile::remove(target);
