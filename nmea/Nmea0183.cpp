@@ -45,37 +45,58 @@ bool Nmea0183::isMessageImplemented(const QByteArray& sentence, NmeaMessageType*
     return false;
 }
 
+namespace {
+
+// The sum of computeChecksum as a number: at most the first 99 bytes, up to a NUL, the
+// first byte skipped, stopped by "*", CR or LF.
+unsigned checksumOf(const QByteArray& sentence)
+{
+    const char* data = sentence.constData();
+    const int length = qMin(sentence.size(), ChecksumScratchSize);
+    unsigned sum = 0;
+    if (length < 2 || data[0] == '\0')
+        return 0;
+    for (int i = 1; i < length; ++i) {
+        const char c = data[i];
+        if (c == '\0' || c == '*' || c == '\r' || c == '\n')
+            break;
+        sum ^= static_cast<unsigned char>(c);
+    }
+    return sum;
+}
+
+const char HexDigits[] = "0123456789ABCDEF";
+
+// Upper case as QByteArray::toUpper does it for the bytes that can match a hex digit.
+char upperAscii(char c)
+{
+    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+} // namespace
+
 bool Nmea0183::validateChecksum(const QByteArray& sentence)
 {
     // Sentences without a checksum are taken as they are, on purpose.
     const int lastStar = sentence.lastIndexOf('*');
     if (lastStar < 0)
         return true;
-    const QString expected = computeChecksum(sentence);
-    // The digits come from behind the last "*", the sum stops at the first one.
-    QByteArray received = sentence.mid(lastStar + 1).left(2).toUpper();
-    const int nul = received.indexOf('\0');
-    if (nul >= 0)
-        received.truncate(nul);
-    return expected == QLatin1String(received);
+    const unsigned expected = checksumOf(sentence);
+    // The digits come from behind the last "*", the sum stops at the first one. Fewer
+    // than two digits, or a NUL among them, can never equal the two expected.
+    const int first = lastStar + 1;
+    if (sentence.size() < first + 2)
+        return false;
+    const char high = upperAscii(sentence.at(first));
+    const char low = upperAscii(sentence.at(first + 1));
+    return high == HexDigits[expected >> 4] && low == HexDigits[expected & 0xF];
 }
 
 QString Nmea0183::computeChecksum(const QByteArray& sentence)
 {
-    const int nul = sentence.indexOf('\0');
-    const int length = qMin(nul >= 0 ? nul : sentence.size(), ChecksumScratchSize);
-    unsigned sum = 0;
-    if (length >= 2) {
-        const char* data = sentence.constData();
-        // The first byte is skipped whatever it is.
-        for (int i = 1; i < length; ++i) {
-            const char c = data[i];
-            if (c == '*' || c == '\r' || c == '\n')
-                break;
-            sum ^= static_cast<unsigned char>(c);
-        }
-    }
-    return QStringLiteral("%1").arg(sum, 2, 16, QLatin1Char('0')).toUpper();
+    const unsigned sum = checksumOf(sentence);
+    const QChar digits[2] = {QLatin1Char(HexDigits[sum >> 4]), QLatin1Char(HexDigits[sum & 0xF])};
+    return QString(digits, 2);
 }
 
 void Nmea0183::decode(const QByteArray& sentence, const NmeaMessageType& type, const NmeaSourceType& source)

@@ -32,6 +32,11 @@ bool NmeaItem::decode_Int(const QString& text, int* value)
 
 bool NmeaItem::decode_Double(const QString& text, double* value)
 {
+    return decode_Double(QStringRef(&text), value);
+}
+
+bool NmeaItem::decode_Double(const QStringRef& text, double* value)
+{
     bool ok = false;
     *value = text.toDouble(&ok);
     if (!ok)
@@ -53,6 +58,13 @@ double degreesFromNmea(double v)
 
 bool NmeaItem::decode_Position(const QString& lat, const QString& latHemisphere, const QString& lon,
                                const QString& lonHemisphere, QPointF* position)
+{
+    return decode_Position(QStringRef(&lat), QStringRef(&latHemisphere), QStringRef(&lon),
+                           QStringRef(&lonHemisphere), position);
+}
+
+bool NmeaItem::decode_Position(const QStringRef& lat, const QStringRef& latHemisphere, const QStringRef& lon,
+                               const QStringRef& lonHemisphere, QPointF* position)
 {
     if (lat.isEmpty() || latHemisphere.isEmpty() || lon.isEmpty() || lonHemisphere.isEmpty())
         return false;
@@ -80,12 +92,37 @@ bool NmeaItem::decode_Position(const QString& lat, const QString& latHemisphere,
     return !(x == 0.0 && y == 0.0);
 }
 
-QStringList NmeaItem::splitFields(const QByteArray& sentence)
+void NmeaItem::splitFields(const QByteArray& sentence, QString* text, Fields* fields)
 {
     const int nul = sentence.indexOf('\0');
-    const QString text = QString::fromUtf8(sentence.constData(), nul >= 0 ? nul : sentence.size());
-    const int star = text.indexOf(QLatin1Char('*'));
-    return (star >= 0 ? text.left(star) : text).split(QLatin1Char(','), Qt::KeepEmptyParts);
+    *text = QString::fromUtf8(sentence.constData(), nul >= 0 ? nul : sentence.size());
+    const QChar* data = text->constData();
+    int size = text->size();
+    for (int i = 0; i < size; ++i) {
+        if (data[i] == QLatin1Char('*')) {
+            size = i;
+            break;
+        }
+    }
+    fields->clear();
+    int start = 0;
+    for (int i = 0; i <= size; ++i) {
+        if (i == size || data[i] == QLatin1Char(',')) {
+            fields->append(QStringRef(text, start, i - start));
+            start = i + 1;
+        }
+    }
+}
+
+QStringList NmeaItem::splitFields(const QByteArray& sentence)
+{
+    QString text;
+    Fields views;
+    splitFields(sentence, &text, &views);
+    QStringList fields;
+    for (const QStringRef& field : views)
+        fields.append(field.toString());
+    return fields;
 }
 
 double NmeaItem::applyBarRule(double value)

@@ -7,6 +7,8 @@
 #include <QtCore/QPointF>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QStringRef>
+#include <QtCore/QVarLengthArray>
 
 // Decodes one kind of sentence into a value and hands the value to BackEnd. One object
 // per kind lives as long as the codec, so fields carry over from sentence to sentence.
@@ -23,9 +25,17 @@ public:
     static bool decode_Double(const QString& text, double* value);
     static bool decode_Position(const QString& lat, const QString& latHemisphere, const QString& lon,
                                 const QString& lonHemisphere, QPointF* position);
+    // The same on fields that are views into the sentence, so that decoding a sentence
+    // does not allocate a string per field.
+    static bool decode_Double(const QStringRef& text, double* value);
+    static bool decode_Position(const QStringRef& lat, const QStringRef& latHemisphere, const QStringRef& lon,
+                                const QStringRef& lonHemisphere, QPointF* position);
 
     // The fields of a sentence, head included, as every item starts: text up to any NUL,
-    // cut at the first "*", split at "," with empty fields kept.
+    // cut at the first "*", split at "," with empty fields kept. The views point into
+    // `text`, which must outlive them.
+    using Fields = QVarLengthArray<QStringRef, 32>;
+    static void splitFields(const QByteArray& sentence, QString* text, Fields* fields);
     static QStringList splitFields(const QByteArray& sentence);
     // Values between 0 and 3, both exclusive, are bars; anything else is hectopascals.
     static double applyBarRule(double value);

@@ -12,7 +12,9 @@ NmeaItemMDA::NmeaItemMDA(const NmeaMessageType& messageType)
 void NmeaItemMDA::decode(const QByteArray& sentence, const NmeaSourceType& source)
 {
     hasNewData = true;
-    const QStringList fields = splitFields(sentence);
+    QString text;
+    Fields fields;
+    splitFields(sentence, &text, &fields);
     if (fields.size() < 2) {
         qWarning() << "MDA wrong message size" << fields.size();
         valid = false;

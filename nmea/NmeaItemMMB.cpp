@@ -19,7 +19,9 @@ NmeaItemMMB::NmeaItemMMB(const NmeaMessageType& messageType)
 void NmeaItemMMB::decode(const QByteArray& sentence, const NmeaSourceType& source)
 {
     hasNewData = true;
-    const QStringList fields = splitFields(sentence);
+    QString text;
+    Fields fields;
+    splitFields(sentence, &text, &fields);
     if (fields.size() != 5) {
         qWarning() << "MMB wrong message size" << fields.size();
         valid = false;

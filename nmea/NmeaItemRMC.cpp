@@ -14,12 +14,14 @@ void NmeaItemRMC::decode(const QByteArray& sentence, const NmeaSourceType& sourc
     position = QPointF(0.0, 0.0);
     // A sentence without a mode field counts as autonomous.
     mode = QStringLiteral("A");
-    const QStringList fields = splitFields(sentence);
+    QString text;
+    Fields fields;
+    splitFields(sentence, &text, &fields);
     if (fields.size() < 12) {
         valid = false;
         return;
     }
-    status = fields.at(2);
+    status = fields.at(2).toString();
     if (!decode_Position(fields.at(3), fields.at(4), fields.at(5), fields.at(6), &position)) {
         valid = false;
         return;
@@ -28,7 +30,7 @@ void NmeaItemRMC::decode(const QByteArray& sentence, const NmeaSourceType& sourc
     decode_Double(fields.at(7), &speed);
     decode_Double(fields.at(8), &course);
     if (fields.size() >= 13 && !fields.at(12).isEmpty())
-        mode = fields.at(12);
+        mode = fields.at(12).toString();
     valid = true;
     updateData(source);
 }

@@ -10,15 +10,16 @@ NmeaItemXDR::NmeaItemXDR(const NmeaMessageType& messageType)
 void NmeaItemXDR::decode(const QByteArray& sentence, const NmeaSourceType& source)
 {
     hasNewData = true;
-    QStringList fields = splitFields(sentence);
+    QString text;
+    Fields fields;
+    splitFields(sentence, &text, &fields);
     valid = false;
-    fields.removeFirst();
-    // A misaligned sentence loses fields from the front, not from the back.
-    const int misaligned = fields.size() % 4;
-    fields.erase(fields.begin(), fields.begin() + misaligned);
-    for (int i = 0; i + 4 <= fields.size(); i += 4) {
-        const QString& type = fields.at(i);
-        const QString& value = fields.at(i + 1);
+    // Field 0, the head, goes; then a misaligned sentence loses fields from the front, not
+    // from the back.
+    const int first = 1 + (fields.size() - 1) % 4;
+    for (int i = first; i + 4 <= fields.size(); i += 4) {
+        const QStringRef& type = fields.at(i);
+        const QStringRef& value = fields.at(i + 1);
         if (type == QLatin1String("P") && !value.isEmpty()) {
             decode_Double(value, &pressure);
             valid = true;
