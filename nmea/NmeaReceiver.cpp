@@ -6,6 +6,7 @@
 #include "nmea/NmeaSourceSerial.h"
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
+#include "util/SanitizerSync.h"
 
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
@@ -33,6 +34,7 @@ NmeaReceiver::~NmeaReceiver()
 void NmeaReceiver::startReceiving()
 {
     // Queued, so that it runs on the worker thread and the caller returns at once.
+    SanitizerSync::release(this);
     QTimer::singleShot(0, this, SLOT(slot_startReceiving()));
 }
 
@@ -41,10 +43,20 @@ void NmeaReceiver::quitThread()
     // The sources live on the worker thread: when the main thread ends the receiver, the
     // stop runs there and this call waits for it, so that no socket or port is touched
     // from two threads at once.
-    if (QThread::currentThread() != thread() && thread()->isRunning())
-        QMetaObject::invokeMethod(this, [this] { stopReceiving(); }, Qt::BlockingQueuedConnection);
-    else
+    if (QThread::currentThread() != thread() && thread()->isRunning()) {
+        SanitizerSync::release(this);
+        QMetaObject::invokeMethod(
+                this,
+                [this] {
+                    SanitizerSync::acquire(this);
+                    stopReceiving();
+                    SanitizerSync::release(this);
+                },
+                Qt::BlockingQueuedConnection);
+        SanitizerSync::acquire(this);
+    } else {
         stopReceiving();
+    }
     emit finished();
 }
 
@@ -81,6 +93,7 @@ void NmeaReceiver::decode(const QByteArray& sentence, const NmeaMessageType& typ
 
 void NmeaReceiver::slot_startReceiving()
 {
+    SanitizerSync::acquire(this);
     int delay = 0;
     nmea = new Nmea0183(this);
 

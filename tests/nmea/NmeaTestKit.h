@@ -6,6 +6,7 @@
 #include "app/BackEnd.h"
 #include "nmea/NmeaReceiver.h"
 #include "nmea/NmeaSource.h"
+#include "util/SanitizerSync.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
@@ -54,7 +55,18 @@ auto onReceiverThread(NmeaReceiver* receiver, F f) -> decltype(f())
     decltype(f()) result{};
     if (receiver->thread() == QThread::currentThread())
         return f();
-    QMetaObject::invokeMethod(receiver, [&] { result = f(); }, Qt::BlockingQueuedConnection);
+    // The blocking call orders the two threads, but inside Qt, where a sanitizer cannot
+    // see it.
+    SanitizerSync::release(&result);
+    QMetaObject::invokeMethod(
+            receiver,
+            [&] {
+                SanitizerSync::acquire(&result);
+                result = f();
+                SanitizerSync::release(&result);
+            },
+            Qt::BlockingQueuedConnection);
+    SanitizerSync::acquire(&result);
     return result;
 }
 

@@ -254,6 +254,7 @@ void TestNmeaReceiver::quitThreadStopsSourcesAndEndsTheThread()
     const quint16 port = freeUdpPort();
     QVariantMap settings = quietSettings();
     writeIni(settings);
+    MessageLog log;
     BackEnd b;
     b.setSetting(QStringLiteral("SettingUseUdp"), 1);
     b.setSetting(QStringLiteral("SettingUdpPort"), port);
@@ -272,7 +273,7 @@ void TestNmeaReceiver::quitThreadStopsSourcesAndEndsTheThread()
     QPointer<QThread> threadAlive(thread);
     int finished = 0;
     connect(receiver, &NmeaReceiver::finished, this, [&finished] { ++finished; }, Qt::DirectConnection);
-    MessageLog log;
+    log.clear();
     receiver->quitThread();
     QCOMPARE(finished, 1);
     // The stop has run when quitThread returns: the pressure is withdrawn.

@@ -52,12 +52,14 @@ void TestSerialDevice::unpluggedDeviceIsRetriedAndReadingsReturnWithoutRestart()
     DeviceSim device;
     const QString path = device.start(fastDevice(folder));
     QVERIFY(!path.isEmpty());
+    // Made before the worker thread, which logs from the start.
+    MessageLog log;
     BackEnd b;
     startSerial(b, path);
     QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
     NmeaReceiver* receiver = b.getReceiver();
 
-    MessageLog log;
+    log.clear();
     QElapsedTimer sinceUnplug;
     sinceUnplug.start();
     device.command(QStringLiteral("vanish"));
@@ -88,11 +90,12 @@ void TestSerialDevice::readingsReturnWithinOneRealRetryAfterReplug()
     DeviceSim device;
     const QString path = device.start(fastDevice(folder));
     QVERIFY(!path.isEmpty());
+    MessageLog log;
     BackEnd b;
     startSerial(b, path);
     QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
 
-    MessageLog log;
+    log.clear();
     device.command(QStringLiteral("vanish"));
     QTRY_COMPARE_WITH_TIMEOUT(b.getSerialPressure(), -2000.0, 1000);
     QElapsedTimer sinceLoss;
@@ -157,11 +160,13 @@ void TestSerialDevice::silentDeviceAgesOutWithoutRetry()
     DeviceSim device;
     const QString path = device.start(fastDevice(folder));
     QVERIFY(!path.isEmpty());
+    MessageLog log;
     BackEnd b;
     startSerial(b, path);
     QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
-    MessageLog log;
     device.command(QStringLiteral("silent on"));
+    QTest::qWait(300);
+    log.clear();
     QTest::qWait(800);
     const double last = b.getSerialPressure();
     QVERIFY(last > 900.0);
