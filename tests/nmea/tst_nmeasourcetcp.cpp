@@ -7,6 +7,11 @@
 #include <QtNetwork/QTcpSocket>
 #include <QtTest/QtTest>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 using namespace NmeaTestKit;
 
 class TestNmeaSourceTcp : public QObject
@@ -22,6 +27,7 @@ private slots:
     void serverAbsentAtFirstAttemptGivesUp();
     void serverThatGoesAwayIsRetriedUntilBack();
     void serverThatGoesAwayIsRetriedAfterTenSeconds();
+    void eachAttemptBlocksUpToFiveSecondsWhileTheServerIsAway();
     void silentServerGivesNoReconnection();
     void twoErrorsInARowGiveOneRetry();
     void timeOutReconnectsAfterTenMilliseconds();
@@ -204,6 +210,42 @@ void TestNmeaSourceTcp::serverThatGoesAwayIsRetriedAfterTenSeconds()
     // A coarse timer may fire up to 5 % early.
     QVERIFY2(elapsed >= 9400 && elapsed < 11500, qPrintable(QString::number(elapsed)));
     QVERIFY(served->accept());
+}
+
+void TestNmeaSourceTcp::eachAttemptBlocksUpToFiveSecondsWhileTheServerIsAway()
+{
+    // A listener whose queue is full drops new handshakes unanswered, as a host that has
+    // gone away does: a connection attempt hangs until it times out.
+    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    QVERIFY(listener >= 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    QCOMPARE(::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    QCOMPARE(::listen(listener, 0), 0);
+    socklen_t length = sizeof address;
+    ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length);
+    const quint16 port = ntohs(address.sin_port);
+    QTcpSocket filler;
+    filler.connectToHost(QHostAddress::LocalHost, port);
+    QVERIFY(filler.waitForConnected(2000));
+    QTcpSocket secondFiller;
+    secondFiller.connectToHost(QHostAddress::LocalHost, port);
+    QTest::qWait(100);
+
+    SourceFixture fixture;
+    MessageLog log;
+    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), port);
+    QElapsedTimer attempt;
+    attempt.start();
+    // A retry, as after a lost connection.
+    source->reconnect();
+    const qint64 blocked = attempt.elapsed();
+    ::close(listener);
+    QVERIFY2(blocked >= 4900 && blocked < 6500, qPrintable(QString::number(blocked)));
+    QCOMPARE(log.count(QStringLiteral("trying to reconnect to Tcp")), 1);
+    QVERIFY(source->isReconnecting());
+    QVERIFY(!source->isConnected());
 }
 
 void TestNmeaSourceTcp::silentServerGivesNoReconnection()
