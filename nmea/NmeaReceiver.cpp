@@ -13,6 +13,13 @@
 
 std::atomic<int> NmeaReceiver::delayBehindSerial{5000};
 
+namespace {
+
+// Orders the main thread's stop request with its run on the worker thread.
+const char stopHandOff = 0;
+
+} // namespace
+
 NmeaReceiver::NmeaReceiver()
     : QObject(nullptr)
 {
@@ -40,24 +47,35 @@ void NmeaReceiver::startReceiving()
 
 void NmeaReceiver::quitThread()
 {
-    // The sources live on the worker thread: when the main thread ends the receiver, the
-    // stop runs there and this call waits for it, so that no socket or port is touched
-    // from two threads at once.
-    if (QThread::currentThread() != thread() && thread()->isRunning()) {
-        SanitizerSync::release(this);
-        QMetaObject::invokeMethod(
-                this,
-                [this] {
-                    SanitizerSync::acquire(this);
-                    stopReceiving();
-                    SanitizerSync::release(this);
-                },
-                Qt::BlockingQueuedConnection);
-        SanitizerSync::acquire(this);
-    } else {
+    if (QThread::currentThread() == thread() || !thread()->isRunning()) {
         stopReceiving();
+        emit finished();
+        return;
     }
+    // The sources live on the worker thread: the stop runs there while this thread waits
+    // for it, so that no socket or port is touched from two threads at once. The worker
+    // then waits in turn until finished() has been emitted here, because finished() ends
+    // its thread, and the end of the thread deletes this object.
+    auto handshake = std::make_shared<QuitHandshake>();
+    quitHandshake = handshake;
+    SanitizerSync::release(&stopHandOff);
+    QMetaObject::invokeMethod(this, "slot_stopOnOwnThread", Qt::QueuedConnection);
+    handshake->stopped.acquire();
+    SanitizerSync::acquire(&stopHandOff);
     emit finished();
+    SanitizerSync::release(&stopHandOff);
+    handshake->emitted.release();
+}
+
+void NmeaReceiver::slot_stopOnOwnThread()
+{
+    SanitizerSync::acquire(&stopHandOff);
+    const std::shared_ptr<QuitHandshake> handshake = quitHandshake;
+    stopReceiving();
+    SanitizerSync::release(&stopHandOff);
+    handshake->stopped.release();
+    handshake->emitted.acquire();
+    SanitizerSync::acquire(&stopHandOff);
 }
 
 void NmeaReceiver::stopReceiving()

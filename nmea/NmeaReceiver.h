@@ -6,8 +6,10 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QList>
 #include <QtCore/QObject>
+#include <QtCore/QSemaphore>
 
 #include <atomic>
+#include <memory>
 
 class Nmea0183;
 class NmeaSenderUdp;
@@ -47,11 +49,23 @@ public slots:
     void slot_startReceiving();
     void slot_sendUdp();
 
+private slots:
+    // quitThread's stop, run where the sources live.
+    void slot_stopOnOwnThread();
+
 private:
+    // How quitThread and the worker thread take turns when the main thread ends it.
+    struct QuitHandshake
+    {
+        QSemaphore stopped;
+        QSemaphore emitted;
+    };
+
     Nmea0183* nmea = nullptr;
     QList<NmeaSource*> sources;
     QTimer* timerSend = nullptr;
     NmeaSenderUdp* sender = nullptr;
+    std::shared_ptr<QuitHandshake> quitHandshake;
 
     static std::atomic<int> delayBehindSerial;
 };
