@@ -1,6 +1,7 @@
 #include "util/Util.h"
 
 #include "app/BackEnd.h"
+#include "util/Truncation.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDebug>
@@ -40,18 +41,6 @@ QVariant setting(const QString& key, const QVariant& def)
 int intSetting(const QString& key, int def)
 {
     return setting(key, def).toInt();
-}
-
-// Truncation towards zero. A plain cast of NaN or of a value out of range is undefined; this
-// gives the lowest value instead, as the processor's own truncation does.
-template <typename Int>
-Int truncated(double value)
-{
-    constexpr double low = static_cast<double>(std::numeric_limits<Int>::min());
-    constexpr double high = -low; // one past the highest value, exactly representable
-    if (!(value >= low && value < high))
-        return std::numeric_limits<Int>::min();
-    return static_cast<Int>(value);
 }
 
 // Replaces `prefix` at the head of `format` by `replacement`, keeping the rest.
@@ -117,7 +106,7 @@ QString Util::formatDegres(const double& value)
     QString text;
     if (locFormat == 0) {
         // Truncated at every step: 10.99999 stays 10 degrees 59 minutes 59 seconds.
-        const qint32 seconds = truncated<qint32>(std::fabs(value * 3600.0));
+        const qint32 seconds = Truncation::towardZero<qint32>(std::fabs(value * 3600.0));
         text = QStringLiteral("%1%2deg%3'%4\"")
                    .arg(0.0 > value ? QStringLiteral("-") : QStringLiteral(" "), 0)
                    .arg(seconds / 3600, 2, 10, QLatin1Char('0'))
@@ -130,7 +119,7 @@ QString Util::formatDegres(const double& value)
         // No carry into the degrees: minutes that round up to 60 print as 60.00.
         text = QStringLiteral("%L1%L2deg%L3'")
                    .arg(-value > value ? QLatin1Char('-') : QLatin1Char(' '), 0, QLatin1Char(' '))
-                   .arg(truncated<qlonglong>(degrees), 2, 10, QLatin1Char('0'))
+                   .arg(Truncation::towardZero<qlonglong>(degrees), 2, 10, QLatin1Char('0'))
                    .arg(fraction * 60.0, 5, 'f', 2, QLatin1Char('0'));
     } else {
         text = QStringLiteral("%L1deg").arg(value, 0, 'f', 4, QLatin1Char(' '));
