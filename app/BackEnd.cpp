@@ -3,13 +3,16 @@
 #include "log/DataSource.h"
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaReceiver.h"
+#include "nmea/NmeaSenderUdp.h"
 #include "util/SanitizerSync.h"
+#include "util/Truncation.h"
 #include "util/Util.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QSettings>
 #include <QtCore/QThread>
 #include <QtCore/QtMath>
+#include <QtPositioning/QGeoPositionInfoSource>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QPalette>
 #include <qpa/qplatformtheme.h>
@@ -216,7 +219,7 @@ void BackEnd::slot_timerData()
             ? QStringLiteral("No Position")
             : Util::formatPosition(chosen.position.x(), chosen.position.y());
 
-    QString cogsog = QStringLiteral("COG ") + Util::formatDir3(static_cast<int>(chosen.cog))
+    QString cogsog = QStringLiteral("COG ") + Util::formatDir3(Truncation::towardZero<int>(chosen.cog))
             + tr("deg") + QStringLiteral(" T - SOG ") + Util::formatSpeed(chosen.sog * 1.852 / 3.6);
     if (std::fabs(chosen.cog) <= 1e-12 && std::fabs(chosen.sog) <= 1e-12)
         cogsog = QStringLiteral("no");
@@ -398,6 +401,23 @@ void BackEnd::slot_pressureReading()
     pressureSensor.stop();
     if (QPressureReading* reading = pressureSensor.reading())
         setCurrentPressure(reading->pressure() / 100.0, Internal);
+
+    if (settings->value(QStringLiteral("SettingUseUdpOut"), 0).toInt() == 1) {
+        if (!senderUdp)
+            senderUdp = new NmeaSenderUdp();
+        // Whichever source wins, with the user's offset, and always at sea level.
+        double value = getCurrentPressure() + settings->value(QStringLiteral("offset"), 0.0).toDouble();
+        const double elevation = settings->value(QStringLiteral("elevation"), 0.0).toDouble();
+        if (std::fabs(elevation) > 1e-12)
+            value /= seaLevelFactor(elevation);
+        // 5999 here and 10110 at every other reader of the key: kept as it is on purpose.
+        const int port = settings->value(QStringLiteral("updPort"), 5999).toInt();
+        senderUdp->sendPressure(value, port);
+    } else if (senderUdp) {
+        delete senderUdp;
+        senderUdp = nullptr;
+    }
+
     timerSensor.start();
 }
 
@@ -405,11 +425,96 @@ void BackEnd::slot_pressureReading()
 
 void BackEnd::startLocationServices()
 {
+    bool wanted = false;
+    if (settings->value(QStringLiteral("SettingPosSource"), 1).toInt() == 1)
+        wanted = settings->value(QStringLiteral("SettingUsePos"), 1).toInt() != 0;
+
+    if (!wanted) {
+        // The last internal position stays until something clears it.
+        if (positionSource) {
+            positionSource->stopUpdates();
+            delete positionSource;
+            positionSource = nullptr;
+        }
+        return;
+    }
+
+    qWarning().noquote() << "trying to start location services";
+    if (!positionSource) {
+        positionSource = QGeoPositionInfoSource::createDefaultSource(this);
+        if (!positionSource)
+            return;
+    }
+    positionSource->setPreferredPositioningMethods(QGeoPositionInfoSource::SatellitePositioningMethods);
+    if (positionSource->preferredPositioningMethods() != QGeoPositionInfoSource::SatellitePositioningMethods)
+        positionSource->setPreferredPositioningMethods(QGeoPositionInfoSource::AllPositioningMethods);
+    positionSource->setUpdateInterval(1000);
+    connect(positionSource, &QGeoPositionInfoSource::positionUpdated, this,
+            &BackEnd::slot_internalPositionUpdated, Qt::UniqueConnection);
+    positionSource->startUpdates();
+    qWarning().noquote() << "location services started";
 }
 
 void BackEnd::slot_internalPositionUpdated(QGeoPositionInfo g)
 {
-    Q_UNUSED(g)
+    if (!g.isValid() || !g.hasAttribute(QGeoPositionInfo::HorizontalAccuracy)) {
+        qWarning().noquote() << "no fix";
+        clearHasFix(Internal);
+        return;
+    }
+    // Exactly 200 m is still good enough.
+    if (g.attribute(QGeoPositionInfo::HorizontalAccuracy) > 200.0) {
+        clearHasFix(Internal);
+        if (positionSource)
+            positionSource->requestUpdate(0);
+        return;
+    }
+
+    const QGeoCoordinate coordinate = g.coordinate();
+    const double course = g.hasAttribute(QGeoPositionInfo::Direction)
+            ? g.attribute(QGeoPositionInfo::Direction)
+            : 0.0;
+    // The service gives metres per second; knots are kept.
+    const double speed = g.hasAttribute(QGeoPositionInfo::GroundSpeed)
+            ? g.attribute(QGeoPositionInfo::GroundSpeed) * 3.6 / 1.852
+            : 0.0;
+    setPositionData(QPointF(coordinate.longitude(), coordinate.latitude()), speed, course, Internal);
+
+    sendInternalPosition();
+}
+
+void BackEnd::setIosGpsData(double longitude, double latitude, double course, double speed)
+{
+    const double knots = speed < 0.0 ? 0.0 : speed * 3.6 / 1.852;
+    setPositionData(QPointF(longitude, latitude), knots, course < 0.0 ? 0.0 : course, Internal);
+    sendInternalPosition();
+}
+
+void BackEnd::sendInternalPosition()
+{
+    const bool wanted = settings->value(QStringLiteral("SettingUseUdpOut"), 0).toInt() == 1
+            && settings->value(QStringLiteral("sendUdpPos"), 0).toInt() == 1;
+    if (wanted) {
+        // The sensor path may make the sender anew after this deletes it; the two do not
+        // coordinate.
+        if (!senderUdp)
+            senderUdp = new NmeaSenderUdp();
+        const int port = settings->value(QStringLiteral("updPort"), 10110).toInt();
+        const Fix& fix = fixes[Internal];
+        QPointF where;
+        double speed = 0.0;
+        double course = 0.0;
+        fixLock.read([&] {
+            where = QPointF(fix.longitude.load(std::memory_order_relaxed),
+                            fix.latitude.load(std::memory_order_relaxed));
+            speed = fix.sog.load(std::memory_order_relaxed);
+            course = fix.cog.load(std::memory_order_relaxed);
+        });
+        senderUdp->sendPosition(where, speed, course, port);
+    } else if (senderUdp) {
+        delete senderUdp;
+        senderUdp = nullptr;
+    }
 }
 
 // ---- Device calibration ---------------------------------------------------------------

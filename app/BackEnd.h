@@ -44,11 +44,17 @@ public:
     // Course, then speed, of the source that has the position.
     std::pair<double, double> getCogSog() const;
 
+    // A phone host's position entry: longitude, latitude, course in degrees and speed in
+    // metres per second. The desktop never calls it.
+    void setIosGpsData(double longitude, double latitude, double course, double speed);
+
     // The long-lived settings object, for the readers that go to it directly.
     QSettings* getSettings() const { return settings; }
     QString getAppPath() const { return appPath; }
     // The NMEA receiver now running, or null; it lives on its own thread.
     NmeaReceiver* getReceiver() const { return receiver; }
+    // The sender of the internal sensor and location paths, or null.
+    NmeaSenderUdp* getSenderUdp() const { return senderUdp; }
 
 signals:
     void sendCalibration(QString message);
@@ -138,6 +144,8 @@ private:
     ChosenFix chooseFix() const;
     void stepTickCounter();
     QString displayPressure(double pressure);
+    // The UDP step of the internal position paths.
+    void sendInternalPosition();
 
     QTimer timerData;
     QTimer timerSensor;

@@ -148,10 +148,32 @@ void NmeaReceiver::slot_startReceiving()
         sources.append(udp);
         QTimer::singleShot(delay, udp, SLOT(slot_startReceiving()));
     }
+
+    if (backend->getSetting(QStringLiteral("SettingUseUdpOut"), 0).toInt() == 1) {
+        timerSend = new QTimer(this);
+        timerSend->setInterval(1000);
+        connect(timerSend, &QTimer::timeout, this, &NmeaReceiver::slot_sendUdp);
+        timerSend->start();
+    }
 }
 
 void NmeaReceiver::slot_sendUdp()
 {
-    // The periodic output comes with the sending side of NmeaSenderUdp; until then no
-    // timer is made to call this.
+    if (!sender)
+        sender = new NmeaSenderUdp();
+    const int port = backend->getSetting(QStringLiteral("updPort"), 10110).toInt();
+    // Raw: no offset and no reduction to sea level on this path.
+    const double pressure = backend->getCurrentPressure();
+    if (pressure > 0.0)
+        sender->sendPressure(pressure, port);
+    if (backend->getSetting(QStringLiteral("sendUdpPos"), 0).toInt() == 1) {
+        const QPointF position = backend->getPosition();
+        // Exactly zero in both, not QPointF's fuzzy equality.
+        if (!(position.x() == 0.0 && position.y() == 0.0)) {
+            const std::pair<double, double> cogSog = backend->getCogSog();
+            // Course where the speed belongs and speed where the course belongs: the
+            // sentences of this path have always carried them swapped, and are kept so.
+            sender->sendPosition(position, cogSog.first, cogSog.second, port);
+        }
+    }
 }
