@@ -47,9 +47,9 @@ void TranslationHandler::selectLanguage(QString language)
         languageHandlerCatalogue->load(QStringLiteral("Brinholt_fr_FR.qm"));
         languageHandlerQt->load(QStringLiteral("qt_fr.qm"));
         languageHandlerQtBase->load(QStringLiteral("qtbase_fr.qm"));
-        qWarning() << "translator qtbase empty ?" << emptyText(languageHandlerQtBase);
-        qWarning() << "translator qt empty ?" << emptyText(languageHandlerQt);
-        qWarning() << "translator brinholt empty ?" << emptyText(languageHandlerCatalogue);
+        qWarning().noquote() << "translator qtbase empty ?" << emptyText(languageHandlerQtBase);
+        qWarning().noquote() << "translator qt empty ?" << emptyText(languageHandlerQt);
+        qWarning().noquote() << "translator brinholt empty ?" << emptyText(languageHandlerCatalogue);
         // Installed last is asked first: our own catalogue wins.
         QCoreApplication::installTranslator(languageHandlerQt);
         QCoreApplication::installTranslator(languageHandlerQtBase);

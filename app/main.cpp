@@ -25,7 +25,7 @@ const QString ApplicationIdentifier = QStringLiteral("com.quillmere.brinholt");
 
 int main(int argc, char* argv[])
 {
-    qWarning() << "Brinholt" << "in main with" << argc << static_cast<void*>(argv);
+    qWarning().noquote() << "Brinholt" << "in main with" << argc << static_cast<void*>(argv);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Quillmere"));

@@ -90,13 +90,13 @@ DataSource::DataSource(QQuickView* view, QObject* parent)
             query.exec(CreateTable.arg(name));
     }
 
-    qWarning() << "dataSource created";
+    qWarning().noquote() << "dataSource created";
 }
 
 DataSource::~DataSource()
 {
     closeDatabase();
-    qWarning() << "datasource deleted";
+    qWarning().noquote() << "datasource deleted";
 }
 
 QString DataSource::databasePath() const
@@ -405,7 +405,7 @@ QPointF DataSource::getValueAt(const double& timed, const int& chartNb, const QV
 QString DataSource::calcInfo(const QPointF& pt, const int& chartNb)
 {
     if (!mutex.tryLock(0)) {
-        qWarning() << "unable to lock mutex";
+        qWarning().noquote() << "unable to lock mutex";
         return QString();
     }
     std::unique_lock<QMutex> locker(mutex, std::adopt_lock);
@@ -472,7 +472,7 @@ void DataSource::removeKey(int tableNb, QString key)
     QMutexLocker locker(&mutex);
     QSqlQuery query(database);
     if (query.exec(DeleteRow.arg(tableNames.at(tableNb), key)))
-        qWarning() << "delete one record OK";
+        qWarning().noquote() << "delete one record OK";
     else
         qWarning().noquote() << "db query error" << query.lastError() << query.lastQuery();
 }

@@ -117,7 +117,7 @@ void Nmea0183::decode(const QByteArray& sentence, const NmeaMessageType& type, c
             found = new NmeaItemRMC(type);
             break;
         default:
-            qWarning() << "message not implemented??" << static_cast<int>(type);
+            qWarning().noquote() << "message not implemented??" << static_cast<int>(type);
             return;
         }
         items.insert(type, found);

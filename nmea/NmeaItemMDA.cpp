@@ -16,7 +16,7 @@ void NmeaItemMDA::decode(const QByteArray& sentence, const NmeaSourceType& sourc
     Fields fields;
     splitFields(sentence, &text, &fields);
     if (fields.size() < 2) {
-        qWarning() << "MDA wrong message size" << fields.size();
+        qWarning().noquote() << "MDA wrong message size" << fields.size();
         valid = false;
         return;
     }

@@ -23,7 +23,7 @@ void NmeaItemMMB::decode(const QByteArray& sentence, const NmeaSourceType& sourc
     Fields fields;
     splitFields(sentence, &text, &fields);
     if (fields.size() != 5) {
-        qWarning() << "MMB wrong message size" << fields.size();
+        qWarning().noquote() << "MMB wrong message size" << fields.size();
         valid = false;
         return;
     }

@@ -17,7 +17,7 @@ NmeaSource::NmeaSource(NmeaReceiver* receiver)
 NmeaSource::~NmeaSource()
 {
     backend->setCurrentPressure(-2000.0, sourceType);
-    qWarning() << "nmea source deleted:" << static_cast<int>(sourceType);
+    qWarning().noquote() << "nmea source deleted:" << static_cast<int>(sourceType);
 }
 
 void NmeaSource::stopReceiving()

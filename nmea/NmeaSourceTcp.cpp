@@ -29,7 +29,7 @@ void NmeaSourceTcp::slot_startReceiving()
     stopReceiving();
     socket = new QTcpSocket(this);
     socket->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
-    qWarning() << "trying to connect to tcp";
+    qWarning().noquote() << "trying to connect to tcp";
     // The host goes as the user typed it, zero-padded default included.
     socket->connectToHost(host, static_cast<quint16>(port), QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
     // Blocks the worker thread, and every source on it, for up to 5 seconds.
@@ -38,7 +38,7 @@ void NmeaSourceTcp::slot_startReceiving()
                 Qt::UniqueConnection);
         connect(socket, &QTcpSocket::errorOccurred, this, &NmeaSourceTcp::slot_tcpError, Qt::UniqueConnection);
         connect(socket, &QTcpSocket::readyRead, this, &NmeaSourceTcp::slot_readData, Qt::UniqueConnection);
-        qWarning() << "tcp source activated";
+        qWarning().noquote() << "tcp source activated";
         connected = true;
         reconnecting = false;
         if (watchdog)
@@ -47,11 +47,11 @@ void NmeaSourceTcp::slot_startReceiving()
     }
 
     connected = false;
-    qWarning() << socket->errorString();
+    qWarning().noquote() << socket->errorString();
     if (reconnecting) {
         // Once a connection has existed the retries never end. The socket stays for the
         // next start to remove.
-        qWarning() << "trying to reconnect to Tcp";
+        qWarning().noquote() << "trying to reconnect to Tcp";
         scheduleReconnect();
     } else {
         // A server absent at the first attempt leaves the source dead until the next
@@ -59,7 +59,7 @@ void NmeaSourceTcp::slot_startReceiving()
         socket->deleteLater();
         socket = nullptr;
         backend->setCurrentPressure(-2000.0, Tcp);
-        qWarning() << "failed to connect to TCP host" << host << port;
+        qWarning().noquote() << "failed to connect to TCP host" << host << port;
     }
 }
 
@@ -102,7 +102,7 @@ void NmeaSourceTcp::slot_tcpError(QAbstractSocket::SocketError error)
         watchdog->stop();
     if (!socket)
         return;
-    qWarning() << "tcp socket error" << socket->errorString();
+    qWarning().noquote() << "tcp socket error" << socket->errorString();
     disconnectSocket();
     socket->disconnectFromHost();
     if (socket->state() != QAbstractSocket::UnconnectedState)
@@ -120,7 +120,7 @@ void NmeaSourceTcp::slot_tcpSocketDisconnected()
         watchdog->stop();
     if (!socket)
         return;
-    qWarning() << "tcp socket disconnected" << socket->errorString();
+    qWarning().noquote() << "tcp socket disconnected" << socket->errorString();
     disconnectSocket();
     socket->deleteLater();
     socket = nullptr;

@@ -49,7 +49,7 @@ void NmeaSourceUdp::slot_startReceiving()
     if (!socket->bind(address, static_cast<quint16>(port), flags)) {
         connected = false;
         if (reconnecting) {
-            qWarning() << "trying to reconnect to udp";
+            qWarning().noquote() << "trying to reconnect to udp";
             scheduleReconnect();
         } else {
             // A port that cannot be bound at the first try leaves the source dead until
@@ -63,9 +63,9 @@ void NmeaSourceUdp::slot_startReceiving()
 
     if (host != QLatin1String("0.0.0.0") && host.toLower() != QLatin1String("any")) {
         if (socket->joinMulticastGroup(QHostAddress(host)))
-            qWarning() << "joined to multicast group ok!";
+            qWarning().noquote() << "joined to multicast group ok!";
         else
-            qWarning() << "unable to join multicast group" << host;
+            qWarning().noquote() << "unable to join multicast group" << host;
     }
 
     connect(socket, &QUdpSocket::disconnected, this, &NmeaSourceUdp::slot_udpSocketDisconnected,
@@ -76,7 +76,7 @@ void NmeaSourceUdp::slot_startReceiving()
     connected = true;
     reconnecting = false;
     slot_readPendingDatagrams();
-    qWarning() << "udp source activated" << host << port;
+    qWarning().noquote() << "udp source activated" << host << port;
 }
 
 void NmeaSourceUdp::slot_readPendingDatagrams()
@@ -95,7 +95,7 @@ void NmeaSourceUdp::slot_readPendingDatagrams()
             break;
     }
     if (buffer.isEmpty()) {
-        qWarning() << "empty datagram data received";
+        qWarning().noquote() << "empty datagram data received";
         return;
     }
     const QStringList lines = takeCompleteLines(buffer);
@@ -119,7 +119,7 @@ void NmeaSourceUdp::slot_udpError(QAbstractSocket::SocketError error)
     Q_UNUSED(error)
     if (!socket)
         return;
-    qWarning() << "udp socket error" << socket->errorString();
+    qWarning().noquote() << "udp socket error" << socket->errorString();
     disconnectSocket();
     closeAndWait(socket);
     socket->deleteLater();
@@ -133,7 +133,7 @@ void NmeaSourceUdp::slot_udpSocketDisconnected()
 {
     if (!socket)
         return;
-    qWarning() << "Udp socket disconnected" << socket->errorString();
+    qWarning().noquote() << "Udp socket disconnected" << socket->errorString();
     disconnectSocket();
     socket->deleteLater();
     socket = nullptr;

@@ -294,7 +294,7 @@ bool Util::copyDir(const QString& source, const QString& destination, const bool
     if (!sourceDir.exists())
         return false;
     if (!QDir(destination).exists()) {
-        qWarning() << "invalid destination directory";
+        qWarning().noquote() << "invalid destination directory";
         return false;
     }
     if (source == destination)

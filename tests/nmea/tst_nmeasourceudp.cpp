@@ -95,7 +95,7 @@ void TestNmeaSourceUdp::startWithNothingWaitingWarnsEmpty()
     auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
     source->slot_startReceiving();
     QCOMPARE(log.count(QStringLiteral("empty datagram data received")), 1);
-    QCOMPARE(log.count(QStringLiteral("udp source activated \"0.0.0.0\" %1").arg(port)), 1);
+    QCOMPARE(log.count(QStringLiteral("udp source activated 0.0.0.0 %1").arg(port)), 1);
     QVERIFY(source->isConnected());
     QVERIFY(!source->isReconnecting());
 }
@@ -283,9 +283,9 @@ void TestNmeaSourceUdp::multicastHostBindsAnyAndJoinsTheGroup()
     QCOMPARE(source->getSocket()->localAddress(), QHostAddress(QHostAddress::Any));
     // Qt 5.15 will not join an IPv4 group on a socket bound to every address, so the join
     // is tried and refused; the source goes on all the same.
-    QCOMPARE(log.count(QStringLiteral("joined to multicast group ok!")) + log.count(QStringLiteral("unable to join multicast group \"239.1.1.1\"")), 1);
+    QCOMPARE(log.count(QStringLiteral("joined to multicast group ok!")) + log.count(QStringLiteral("unable to join multicast group 239.1.1.1")), 1);
     QVERIFY(source->isConnected());
-    QCOMPARE(log.count(QStringLiteral("udp source activated \"239.1.1.1\"")), 1);
+    QCOMPARE(log.count(QStringLiteral("udp source activated 239.1.1.1")), 1);
     sendDatagram("$IIMDA,29.53\r\n", port);
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
 }
