@@ -26,7 +26,7 @@ NmeaSourceSerial::NmeaSourceSerial(NmeaReceiver* receiver, const QString& portNa
 NmeaSourceSerial::~NmeaSourceSerial()
 {
     stopReceiving();
-    qWarning() << "NmeaSourceSerial deleted" << portName;
+    qWarning().noquote() << "NmeaSourceSerial deleted" << portName;
 }
 
 QSerialPort::FlowControl NmeaSourceSerial::flowControlFor(int index)
@@ -108,7 +108,7 @@ void NmeaSourceSerial::slot_startReceiving()
     if (!serial->open(readWrite ? QIODevice::ReadWrite : QIODevice::ReadOnly)) {
         // Unlike the network sources this one never gives up, so that a device plugged in
         // later is found.
-        qWarning() << "error opening serial port" << serial->errorString();
+        qWarning().noquote() << "error opening serial port" << serial->errorString();
         scheduleReconnect();
         delete serial;
         serial = nullptr;
@@ -121,11 +121,11 @@ void NmeaSourceSerial::slot_startReceiving()
     serial->setDataTerminalReady(true);
     connect(serial, &QSerialPort::errorOccurred, this, &NmeaSourceSerial::slot_errorOccured);
     skipCount = 0;
-    qWarning() << portName << "opened successfully";
+    qWarning().noquote() << portName << "opened successfully";
     connected = true;
     reconnecting = false;
     connect(serial, &QSerialPort::readyRead, this, &NmeaSourceSerial::slot_readyRead, Qt::UniqueConnection);
-    qWarning() << "serial port started" << portName << baudRate;
+    qWarning().noquote() << "serial port started" << portName << baudRate;
 }
 
 void NmeaSourceSerial::slot_readyRead()
@@ -148,8 +148,16 @@ void NmeaSourceSerial::slot_readyRead()
     if (buffer.isEmpty())
         return;
 
-    const int nul = buffer.indexOf('\0');
-    QStringList lines = splitLines(QString::fromLatin1(buffer.constData(), nul >= 0 ? nul : buffer.size()));
+    int nul = buffer.indexOf('\0');
+    QStringList lines = splitLines(QString::fromUtf8(buffer.constData(), nul >= 0 ? nul : buffer.size()));
+    // With nothing ahead of a NUL, the NUL would hold back every later byte for good; a
+    // UART reports a break, as when the device is plugged in, as such a byte. It goes,
+    // with whatever stands before it, and the rest is read.
+    while (lines.isEmpty() && nul >= 0) {
+        buffer.remove(0, nul + 1);
+        nul = buffer.indexOf('\0');
+        lines = splitLines(QString::fromUtf8(buffer.constData(), nul >= 0 ? nul : buffer.size()));
+    }
     if (lines.isEmpty())
         return;
     if (isLineEnd(QLatin1Char(buffer.back())))
@@ -182,11 +190,11 @@ void NmeaSourceSerial::handleLine(QString line)
     }
     if (line.startsWith(QLatin1String("$PWEGB,CAL,"))) {
         emit calibrationValues(line);
-        qWarning() << portName << "Calibration value" << line;
+        qWarning().noquote() << portName << "Calibration value" << line;
         return;
     }
     if (!handOn(line))
-        qWarning() << "message rejected by NMEA module";
+        qWarning().noquote() << "message rejected by NMEA module";
 }
 
 void NmeaSourceSerial::slot_errorOccured(QSerialPort::SerialPortError error)
@@ -194,7 +202,7 @@ void NmeaSourceSerial::slot_errorOccured(QSerialPort::SerialPortError error)
     // NoError is how the port reports success; every other value is a lost link.
     if (error == QSerialPort::NoError || !serial)
         return;
-    qWarning() << "error occured on port" << portName << error << serial->errorString();
+    qWarning().noquote() << "error occured on port" << portName << error << serial->errorString();
     // A failing port keeps reporting until it is gone; one report is enough.
     serial->disconnect(this);
     serial->deleteLater();
@@ -214,7 +222,7 @@ void NmeaSourceSerial::stopReceiving()
         if (serial->isOpen()) {
             serial->setDataTerminalReady(false);
             serial->close();
-            qWarning() << "serial port closed";
+            qWarning().noquote() << "serial port closed";
         }
         delete serial;
         serial = nullptr;
