@@ -1,7 +1,5 @@
 #include "support/MessageLog.h"
 
-#include <QtCore/QMutexLocker>
-
 #include <atomic>
 
 namespace {
@@ -10,23 +8,24 @@ std::atomic<MessageLog*> current{nullptr};
 
 MessageLog::MessageLog()
 {
-    current.store(this);
+    // Published only once `previous` is known, since another thread may log at any time.
     previous = qInstallMessageHandler(&MessageLog::handle);
+    current.store(this, std::memory_order_release);
 }
 
 MessageLog::~MessageLog()
 {
+    current.store(nullptr, std::memory_order_release);
     qInstallMessageHandler(previous);
-    current.store(nullptr);
 }
 
 void MessageLog::handle(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
-    MessageLog* log = current.load();
+    MessageLog* log = current.load(std::memory_order_acquire);
     if (!log)
         return;
     {
-        QMutexLocker locker(&log->mutex);
+        std::lock_guard<std::mutex> locker(log->mutex);
         log->recorded.append(message);
     }
     if (log->previous)
@@ -35,13 +34,13 @@ void MessageLog::handle(QtMsgType type, const QMessageLogContext& context, const
 
 QStringList MessageLog::messages() const
 {
-    QMutexLocker locker(&mutex);
+    std::lock_guard<std::mutex> locker(mutex);
     return recorded;
 }
 
 int MessageLog::count(const QString& text) const
 {
-    QMutexLocker locker(&mutex);
+    std::lock_guard<std::mutex> locker(mutex);
     int n = 0;
     for (const QString& message : recorded)
         n += message.contains(text) ? 1 : 0;
@@ -50,6 +49,6 @@ int MessageLog::count(const QString& text) const
 
 void MessageLog::clear()
 {
-    QMutexLocker locker(&mutex);
+    std::lock_guard<std::mutex> locker(mutex);
     recorded.clear();
 }
