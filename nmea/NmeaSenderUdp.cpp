@@ -90,8 +90,16 @@ bool NmeaSenderUdp::send(const QString& sentence, const int& port, const char* f
     const QByteArray datagram = (sentence + QStringLiteral("\r\n")).toUtf8();
     qint32 total = 0;
     const QSet<QHostAddress> addresses = broadcastAddresses;
-    for (const QHostAddress& address : addresses)
+    for (const QHostAddress& address : addresses) {
+        // The null address that an IPv6 entry leaves in the set is a failed datagram. It is
+        // not handed to Qt, which on Linux would take it for 0.0.0.0 and deliver a second
+        // copy to this very host.
+        if (address.isNull()) {
+            total += -1;
+            continue;
+        }
         total += static_cast<qint32>(socket->writeDatagram(datagram, address, static_cast<quint16>(port)));
+    }
     lastTotal = total;
     // Good as soon as anything went out, even if some addresses failed.
     if (total > 0)

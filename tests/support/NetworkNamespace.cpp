@@ -2,6 +2,7 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QProcess>
 #include <QtCore/QThread>
@@ -19,18 +20,26 @@ QString ownNetworkNamespace()
     return QFileInfo(QStringLiteral("/proc/self/ns/net")).symLinkTarget();
 }
 
-bool linkReady(const QString& name)
+// Carrier, and an IPv6 link-local address where IPv6 is on, come a moment after a link
+// goes up.
+bool linksReady()
 {
-    const QNetworkInterface interface = QNetworkInterface::interfaceFromName(name);
-    if (!interface.isValid() || !interface.flags().testFlag(QNetworkInterface::IsRunning))
-        return false;
-    bool v4 = false;
-    bool v6 = false;
-    for (const QNetworkAddressEntry& entry : interface.addressEntries()) {
-        v4 = v4 || entry.ip().protocol() == QAbstractSocket::IPv4Protocol;
-        v6 = v6 || entry.ip().protocol() == QAbstractSocket::IPv6Protocol;
+    for (const QNetworkInterface& interface : QNetworkInterface::allInterfaces()) {
+        if (interface.flags().testFlag(QNetworkInterface::IsLoopBack))
+            continue;
+        if (!interface.flags().testFlag(QNetworkInterface::IsUp))
+            continue;
+        if (!interface.flags().testFlag(QNetworkInterface::IsRunning))
+            return false;
+        QFile disabled(QStringLiteral("/proc/sys/net/ipv6/conf/%1/disable_ipv6").arg(interface.name()));
+        const bool ipv6 = disabled.open(QIODevice::ReadOnly) && disabled.readAll().trimmed() == "0";
+        bool hasIpv6 = false;
+        for (const QNetworkAddressEntry& entry : interface.addressEntries())
+            hasIpv6 = hasIpv6 || entry.ip().protocol() == QAbstractSocket::IPv6Protocol;
+        if (ipv6 && !hasIpv6)
+            return false;
     }
-    return v4 && v6;
+    return true;
 }
 
 } // namespace
@@ -53,10 +62,9 @@ bool NetworkNamespace::inside()
                 qFatal("unexpected address %s in the private network namespace", qPrintable(ip.toString()));
         }
     }
-    // Carrier and the IPv6 link-local addresses come a moment after the links go up.
     QElapsedTimer timer;
     timer.start();
-    while (!(linkReady(QStringLiteral("v0")) && linkReady(QStringLiteral("v1"))) && timer.elapsed() < 10000)
+    while (!linksReady() && timer.elapsed() < 10000)
         QThread::msleep(20);
     return true;
 }
