@@ -37,6 +37,7 @@ public:
     Nmea0183* getNmea() const { return nmea; }
     QList<NmeaSource*> getSources() const { return sources; }
     QTimer* getTimerSend() const { return timerSend; }
+    NmeaSenderUdp* getSender() const { return sender; }
 
     // Milliseconds by which TCP and UDP start behind a serial source. Tests shorten it.
     static int delayBehindSerialMs() { return delayBehindSerial.load(std::memory_order_relaxed); }

@@ -1,0 +1,284 @@
+#include "NmeaTestKit.h"
+#include "app/BackEnd.h"
+#include "nmea/Nmea0183.h"
+#include "nmea/NmeaItemRMC.h"
+#include "nmea/NmeaSenderUdp.h"
+#include "support/DatagramListener.h"
+#include "support/FakePressureSensor.h"
+#include "support/NetworkNamespace.h"
+#include "support/TestDataFolder.h"
+#include "util/Clock.h"
+
+#include <QtCore/QTimer>
+#include <QtTest/QtTest>
+
+#include <cmath>
+#include <memory>
+
+// The receiver's once-a-second output, and our own sentences read back by our own input.
+// All of it broadcasts, so every test runs in a private network namespace.
+class TestUdpOutput : public QObject
+{
+    Q_OBJECT
+
+private:
+    // A BackEnd with the given settings on top of no input, and a receiver of the test's own
+    // that stays on this thread, so that its tick can be called directly.
+    struct Fixture
+    {
+        explicit Fixture(const QVariantMap& extra = {})
+        {
+            QVariantMap values = NmeaTestKit::quietSettings();
+            for (auto it = extra.cbegin(); it != extra.cend(); ++it)
+                values.insert(it.key(), it.value());
+            NmeaTestKit::writeIni(values);
+            b.reset(new BackEnd);
+        }
+        ~Fixture()
+        {
+            receiver.reset();
+            if (b)
+                NmeaTestKit::stopNmea(*b);
+            b.reset();
+            backend = nullptr;
+        }
+        NmeaReceiver& ownReceiver()
+        {
+            if (!receiver) {
+                receiver.reset(new NmeaReceiver);
+                receiver->slot_startReceiving();
+            }
+            return *receiver;
+        }
+        TestDataFolder folder;
+        std::unique_ptr<BackEnd> b;
+        std::unique_ptr<NmeaReceiver> receiver;
+    };
+
+    static QByteArray sentence(const QByteArray& body)
+    {
+        return body + '*' + NmeaSenderUdp::computeChecksum(body).toLatin1() + "\r\n";
+    }
+    static QByteArray xdr(double hpa)
+    {
+        return sentence("$GPXDR,P," + QByteArray::number(hpa / 1000.0, 'f', 5) + ",B,Barometer");
+    }
+
+    static constexpr qint64 March23rd1994 = 764426119; // 12:35:19 UTC
+
+private slots:
+    void init()
+    {
+        Clock::reset();
+        FakePressureSensor::uninstall();
+    }
+
+    void cleanup()
+    {
+        FakePressureSensor::uninstall();
+        Clock::reset();
+    }
+
+    // ---- the timer ----
+
+    void timerOnlyWithOutputOn_data()
+    {
+        QTest::addColumn<int>("udpOut");
+        QTest::newRow("output on makes the timer") << 1;
+        QTest::newRow("output off makes none") << 0;
+    }
+
+    void timerOnlyWithOutputOn()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        QFETCH(int, udpOut);
+        // A port name alone makes a receiver with no source, whatever the output says.
+        Fixture f({{QStringLiteral("SettingUseUdpOut"), udpOut}, {QStringLiteral("SettingSerialPort"), "ttyX0"}});
+        NmeaReceiver* receiver = f.b->getReceiver();
+        QVERIFY(receiver);
+        QTRY_VERIFY(NmeaTestKit::onReceiverThread(receiver, [&] { return receiver->getNmea() != nullptr; }));
+        const QList<int> timer = NmeaTestKit::onReceiverThread(receiver, [&] {
+            QTimer* t = receiver->getTimerSend();
+            return t ? QList<int>{t->interval(), t->isActive() ? 1 : 0, t->parent() == receiver ? 1 : 0}
+                     : QList<int>{};
+        });
+        QCOMPARE(timer, udpOut == 1 ? (QList<int>{1000, 1, 1}) : QList<int>{});
+    }
+
+    void realTimerSendsTheSensorsRawPressureEverySecond()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        FakePressureSensor::install();
+        FakePressureSensor::pascals = 101325.0;
+        DatagramListener listener(10110);
+        // The receiver has no source at all; the offset is not the receiver's business.
+        Fixture f({{QStringLiteral("SettingUseUdpOut"), 1},
+                   {QStringLiteral("offset"), 3.0},
+                   {QStringLiteral("elevation"), 100.0}});
+        QVERIFY(f.b->getReceiver());
+        QVERIFY(listener.waitFor(4, 6000));
+        const QList<QByteArray> got = listener.datagrams();
+        for (const QByteArray& datagram : got)
+            QCOMPARE(datagram, xdr(1013.25));
+        const QList<qint64> times = listener.arrivals();
+        for (int i = 1; i < 4; ++i) {
+            const qint64 gap = times.at(i) - times.at(i - 1);
+            QVERIFY2(gap >= 850 && gap <= 1150, qPrintable(QString::number(gap)));
+        }
+    }
+
+    // ---- one tick ----
+
+    void tickSendsTheRawPressureOnUpdPort_data()
+    {
+        QTest::addColumn<int>("port");
+        QTest::newRow("default port 10110") << -1;
+        QTest::newRow("port from updPort") << 20800;
+    }
+
+    void tickSendsTheRawPressureOnUpdPort()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        QFETCH(int, port);
+        DatagramListener listener(port > 0 ? port : 10110);
+        Fixture f({{QStringLiteral("offset"), 5.0}, {QStringLiteral("elevation"), 100.0}});
+        if (port > 0)
+            f.b->setSetting(QStringLiteral("updPort"), port);
+        NmeaReceiver& receiver = f.ownReceiver();
+        QVERIFY(!receiver.getTimerSend());
+        QVERIFY(!receiver.getSender());
+        f.b->setCurrentPressure(1013.25, Serial);
+        receiver.slot_sendUdp();
+        QVERIFY(receiver.getSender());
+        NmeaSenderUdp* first = receiver.getSender();
+        QVERIFY(listener.waitFor(1));
+        QCOMPARE(listener.datagrams(), QList<QByteArray>{xdr(1013.25)});
+        receiver.slot_sendUdp();
+        QCOMPARE(receiver.getSender(), first);
+        QVERIFY(listener.waitFor(2));
+    }
+
+    void portChangeAppliesAtTheNextTick()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        DatagramListener before(20901);
+        DatagramListener after(20902);
+        Fixture f({{QStringLiteral("updPort"), 20901}});
+        NmeaReceiver& receiver = f.ownReceiver();
+        f.b->setCurrentPressure(987.6, Tcp);
+        receiver.slot_sendUdp();
+        QVERIFY(before.waitFor(1));
+        f.b->setSetting(QStringLiteral("updPort"), 20902);
+        receiver.slot_sendUdp();
+        QVERIFY(after.waitFor(1));
+        QVERIFY(before.staysQuietFor(100));
+        QCOMPARE(before.datagrams(), QList<QByteArray>{xdr(987.6)});
+        QCOMPARE(after.datagrams(), QList<QByteArray>{sentence("$GPXDR,P,0.98760,B,Barometer")});
+    }
+
+    void pressureOnlyAboveZero_data()
+    {
+        QTest::addColumn<double>("reading");
+        QTest::addColumn<bool>("sent");
+        QTest::newRow("no reading sends nothing") << -2000.0 << false;
+        QTest::newRow("a live 500 hPa is sent") << 500.0 << true;
+    }
+
+    void pressureOnlyAboveZero()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        QFETCH(double, reading);
+        QFETCH(bool, sent);
+        DatagramListener listener(10110);
+        Fixture f;
+        NmeaReceiver& receiver = f.ownReceiver();
+        f.b->setCurrentPressure(reading, Udp);
+        receiver.slot_sendUdp();
+        if (sent) {
+            QVERIFY(listener.waitFor(1));
+            QCOMPARE(listener.datagrams(), QList<QByteArray>{xdr(reading)});
+        } else {
+            QVERIFY(listener.staysQuietFor(300));
+        }
+    }
+
+    void positionAtExactlyZeroIsNotSent()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        DatagramListener listener(10110);
+        Fixture f({{QStringLiteral("sendUdpPos"), 1}});
+        NmeaReceiver& receiver = f.ownReceiver();
+        f.b->setCurrentPressure(1000.0, Serial);
+        f.b->setPositionData(QPointF(0.0, 0.0), 5.0, 90.0, Serial);
+        receiver.slot_sendUdp();
+        QVERIFY(listener.waitFor(1));
+        QVERIFY(listener.staysQuietFor(300));
+        QCOMPARE(listener.datagrams(), QList<QByteArray>{xdr(1000.0)});
+    }
+
+    void positionIsSentWithCourseAndSpeedSwapped()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        Clock::setFixedSecsSinceEpoch(March23rd1994);
+        DatagramListener listener(10110);
+        Fixture f({{QStringLiteral("sendUdpPos"), 1}});
+        NmeaReceiver& receiver = f.ownReceiver();
+        f.b->setPositionData(QPointF(11.516667, 48.1173), 22.4, 84.4, Tcp);
+        receiver.slot_sendUdp();
+        QVERIFY(listener.waitFor(1));
+        QVERIFY(listener.staysQuietFor(300));
+        // No pressure: the position alone, course in the speed's field and speed in the course's.
+        QCOMPARE(listener.datagrams(),
+                 QList<QByteArray>{sentence("$ECRMC,123519.00,A,4807.038,N,01131.000,E,84.40,22.40,230394,,,")});
+    }
+
+    void positionNotSentWithoutTheSwitch()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        DatagramListener listener(10110);
+        Fixture f({{QStringLiteral("sendUdpPos"), 0}});
+        NmeaReceiver& receiver = f.ownReceiver();
+        f.b->setCurrentPressure(1000.0, Serial);
+        f.b->setPositionData(QPointF(1.0, 2.0), 5.0, 90.0, Serial);
+        receiver.slot_sendUdp();
+        QVERIFY(listener.waitFor(1));
+        QVERIFY(listener.staysQuietFor(300));
+        QCOMPARE(listener.datagrams(), QList<QByteArray>{xdr(1000.0)});
+    }
+
+    // ---- round trip ----
+
+    void ourSentencesReadBackByOurInput()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        Fixture f({{QStringLiteral("SettingUseUdp"), 1}, {QStringLiteral("SettingUdpPort"), 21000}});
+        NmeaReceiver* receiver = f.b->getReceiver();
+        QVERIFY(receiver);
+        NmeaSenderUdp sender;
+        // The input binds a moment after its thread starts.
+        QTRY_VERIFY_WITH_TIMEOUT((sender.sendPressure(1013.25, 21000), f.b->getCurrentPressure() > 0.0), 5000);
+        // The bar rule turns 1.01325 back into hectopascals.
+        QVERIFY(std::fabs(f.b->getCurrentPressure() - 1013.25) < 1e-9);
+        QCOMPARE(f.b->getPressureSource(), QStringLiteral("From UDP connection"));
+
+        QVERIFY(sender.sendPosition(QPointF(-0.5, -33.25), 22.4, 84.4, 21000));
+        QTRY_VERIFY(f.b->getPosition() != QPointF(0.0, 0.0));
+        QCOMPARE(f.b->getPosition(), QPointF(-0.5, -33.25));
+        QCOMPARE(f.b->getCogSog(), std::make_pair(84.4, 22.4));
+        // An empty mode field reads as "A": a valid fix.
+        const QStringList item = NmeaTestKit::onReceiverThread(receiver, [&] {
+            auto* rmc = static_cast<NmeaItemRMC*>(receiver->getNmea()->item(Rmc));
+            return rmc ? QStringList{rmc->status, rmc->mode} : QStringList{};
+        });
+        QCOMPARE(item, (QStringList{QStringLiteral("A"), QStringLiteral("A")}));
+
+        // Thousandths of a minute are what the sentence carries.
+        QVERIFY(sender.sendPosition(QPointF(11.516667, 48.1173), 0.0, 0.0, 21000));
+        QTRY_VERIFY(f.b->getPosition().x() > 0.0);
+        QVERIFY(std::fabs(f.b->getPosition().x() - 11.516667) < 1e-5);
+        QVERIFY(std::fabs(f.b->getPosition().y() - 48.1173) < 1e-5);
+    }
+};
+
+QTEST_MAIN(TestUdpOutput)
+#include "tst_udpoutput.moc"
