@@ -118,8 +118,14 @@ void TestUtil::initTestCase()
         const QString from = QStringLiteral(BRINHOLT_BINARY_DIR "/") + QLatin1String(name);
         QVERIFY2(QFile::copy(from, folder->filePath(QLatin1String(name))), qPrintable(from));
     }
+    // No NMEA input: no receiver thread reads the global backend that a test swaps out.
+    {
+        QSettings ini(folder->filePath(QStringLiteral("brinholt.ini")), QSettings::IniFormat);
+        ini.setValue(QStringLiteral("SettingSerialPort"), QStringLiteral("None"));
+    }
     back = std::make_unique<BackEnd>();
     QCOMPARE(backend, back.get());
+    QVERIFY(!back->getReceiver());
 }
 
 void TestUtil::init()
