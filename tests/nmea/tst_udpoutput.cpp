@@ -127,6 +127,28 @@ private slots:
         }
     }
 
+    void eachSenderBelongsToTheThreadThatMadeIt()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        FakePressureSensor::install();
+        DatagramListener tick(10110);
+        DatagramListener sensor(5999);
+        Fixture f({{QStringLiteral("SettingUseUdpOut"), 1}});
+        NmeaReceiver* receiver = f.b->getReceiver();
+        QVERIFY(receiver);
+        QVERIFY(tick.waitFor(1, 3000));
+        QVERIFY(sensor.waitFor(1, 3000));
+        // Two senders that know nothing of each other, each used only where it was made.
+        QVERIFY(f.b->getSenderUdp());
+        QCOMPARE(f.b->getSenderUdp()->thread(), QThread::currentThread());
+        QThread* senderThread = NmeaTestKit::onReceiverThread(receiver, [&] {
+            return receiver->getSender() ? receiver->getSender()->thread() : nullptr;
+        });
+        QCOMPARE(senderThread, receiver->thread());
+        QVERIFY(senderThread != QThread::currentThread());
+        QVERIFY(NmeaTestKit::onReceiverThread(receiver, [&] { return receiver->getSender() != f.b->getSenderUdp(); }));
+    }
+
     // ---- one tick ----
 
     void tickSendsTheRawPressureOnUpdPort_data()
