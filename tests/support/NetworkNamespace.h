@@ -13,7 +13,8 @@ public:
     NetworkNamespace() = delete;
 
     // True in the process that run() started. It first makes sure that this really is a
-    // namespace of its own, and aborts if not, and waits for the pair's links to be up.
+    // namespace of its own with none but test addresses, and aborts if not; then it waits
+    // for the links that are up to have carrier and their IPv6 link-local addresses.
     static bool inside();
 
     // Runs `testFunction` (with ":tag" for one row of a data-driven test) of this executable
