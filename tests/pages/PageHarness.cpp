@@ -40,6 +40,7 @@ QMutex recordLock;
 const QStringList CoreDiagnostics = {
     QStringLiteral("BackEnd starting"),     QStringLiteral("no pressure sensor"),
     QStringLiteral("BackEnd created"),      QStringLiteral("backend deleted"),
+    QStringLiteral("trying to start location services"), QStringLiteral("location services started"),
     QStringLiteral("dataSource created"),   QStringLiteral("datasource deleted"),
     QStringLiteral("translator qtbase empty ?"), QStringLiteral("translator qt empty ?"),
     QStringLiteral("translator brinholt empty ?"),
