@@ -48,7 +48,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
     : QObject(nullptr)
     , engine(engine)
 {
-    qWarning() << "BackEnd starting";
+    qWarning().noquote() << "BackEnd starting";
     backend = this;
     appPath = QStringLiteral("./");
     tickCounter = 768;
@@ -78,7 +78,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
         pressureSensor.start();
         sensorStarted = true;
     } else {
-        qWarning() << "no pressure sensor";
+        qWarning().noquote() << "no pressure sensor";
     }
 
     timerOperation.setSingleShot(true);
@@ -89,7 +89,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
 
     startNmea();
 
-    qWarning() << "BackEnd created";
+    qWarning().noquote() << "BackEnd created";
 }
 
 BackEnd::~BackEnd()
@@ -107,7 +107,7 @@ BackEnd::~BackEnd()
     settings->sync();
     delete settings;
     settings = nullptr;
-    qWarning() << "backend deleted";
+    qWarning().noquote() << "backend deleted";
 }
 
 // ---- Readings -------------------------------------------------------------------------
@@ -529,7 +529,7 @@ void BackEnd::requestCurrentCalibration()
 void BackEnd::calibrateBarometer(double offset, double slope, double pressure)
 {
     const QString message = Nmea0183::createMessageCalibration(offset, slope, pressure);
-    qWarning() << message;
+    qWarning().noquote() << message;
     emit sendCalibration(message);
 }
 
@@ -549,7 +549,7 @@ void BackEnd::slot_calibrationValues(QString message)
     if (fields.size() < 6)
         return;
     timerOperation.stop();
-    qWarning() << "QSP received from calibrationr request" << fields.at(4).toDouble();
+    qWarning().noquote() << "QSP received from calibrationr request" << fields.at(4).toDouble();
     const double offset = fields.at(2).toDouble();
     // Halves away from zero: -102.5 is passed on as -103.
     const double slope = std::round(fields.at(3).toDouble());
