@@ -114,19 +114,19 @@
     <name>DataSource</name>
     <message>
         <source>Device</source>
-        <translation type="unfinished"></translation>
+        <translation>Appareil</translation>
     </message>
     <message>
         <source>ft</source>
-        <translation type="unfinished"></translation>
+        <translation>pi</translation>
     </message>
     <message>
         <source>m</source>
-        <translation type="unfinished"></translation>
+        <translation>m</translation>
     </message>
     <message>
         <source>Date (%1);Latitude;Longitude;Station pressure (%3);Sea Level Pressure (%3);Offset (%3);Elevation (%2);COG(T);SOG(kts)</source>
-        <translation type="unfinished"></translation>
+        <translation>Date (%1);Latitude;Longitude;Pression station (%3);Pression niveau mer (%3);Correction (%3);Altitude (%2);COG(V);SOG(nds)</translation>
     </message>
     <message>
         <source>deg</source>

@@ -37,6 +37,14 @@ void TestCatalogues::translation_data()
     QTest::newRow("french no pressure")
         << fr << "BackEnd" << "No pressure available" << "Aucune pression disponible";
 
+    QTest::newRow("french zone word of the CSV header") << fr << "DataSource" << "Device" << "Appareil";
+    QTest::newRow("french feet of the CSV header") << fr << "DataSource" << "ft" << "pi";
+    QTest::newRow("french CSV header keeps its three fields and semicolons")
+            << fr << "DataSource"
+            << "Date (%1);Latitude;Longitude;Station pressure (%3);Sea Level Pressure (%3);Offset (%3);"
+               "Elevation (%2);COG(T);SOG(kts)"
+            << "Date (%1);Latitude;Longitude;Pression station (%3);Pression niveau mer (%3);Correction (%3);"
+               "Altitude (%2);COG(V);SOG(nds)";
     QTest::newRow("english deg is the degree sign") << en << "QObject" << "deg" << "°";
     QTest::newRow("english deg of the display line") << en << "BackEnd" << "deg" << "°";
     QTest::newRow("english deg of the log list") << en << "DataSource" << "deg" << "°";
