@@ -19,7 +19,7 @@
 namespace {
 
 const QString OrganizationDomain = QStringLiteral("quillmere.com");
-const QString ApplicationIdentifier = QStringLiteral("com.quillmere.brinholt");
+[[maybe_unused]] const QString ApplicationIdentifier = QStringLiteral("com.quillmere.brinholt");
 
 } // namespace
 
@@ -34,10 +34,10 @@ int main(int argc, char* argv[])
 
     // Only macOS puts applications to sleep behind the user's back; elsewhere there is
     // nothing to switch off.
+#ifdef Q_OS_MACOS
     const QStringList defaultsArguments = {QStringLiteral("write"), ApplicationIdentifier,
                                            QStringLiteral("NSAppSleepDisabled"),
                                            QStringLiteral("-bool"), QStringLiteral("YES")};
-#ifdef Q_OS_MACOS
     QProcess::execute(QStringLiteral("defaults"), defaultsArguments);
 #endif
 
