@@ -62,6 +62,13 @@ private:
             peer->write(bytes);
             peer->flush();
         }
+        // A source on loopback, started and connected to this server; null if it never came.
+        NmeaSourceTcp* connectSource(SourceFixture& fixture)
+        {
+            auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), port);
+            source->slot_startReceiving();
+            return accept() ? source : nullptr;
+        }
     };
 };
 
@@ -85,9 +92,8 @@ void TestNmeaSourceTcp::sentenceSplitOverTwoSegmentsIsJoined()
     SourceFixture fixture;
     Served served;
     QVERIFY(served.listen());
-    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
-    source->slot_startReceiving();
-    QVERIFY(served.accept());
+    auto* source = served.connectSource(fixture);
+    QVERIFY(source);
     served.send("$WIXDR,P,1.01");
     QTRY_COMPARE(source->getBuffer(), QStringLiteral("$WIXDR,P,1.01"));
     QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
@@ -101,9 +107,8 @@ void TestNmeaSourceTcp::lineEndingInBackslashIsFinished()
     SourceFixture fixture;
     Served served;
     QVERIFY(served.listen());
-    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
-    source->slot_startReceiving();
-    QVERIFY(served.accept());
+    auto* source = served.connectSource(fixture);
+    QVERIFY(source);
     served.send("$IIMDA,29.53\\");
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
     QVERIFY(source->getBuffer().isEmpty());
@@ -114,9 +119,8 @@ void TestNmeaSourceTcp::nulCutsTheRestOfTheBlock()
     SourceFixture fixture;
     Served served;
     QVERIFY(served.listen());
-    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
-    source->slot_startReceiving();
-    QVERIFY(served.accept());
+    auto* source = served.connectSource(fixture);
+    QVERIFY(source);
     served.send(QByteArray("$IIMDA,29.53\r\n\0$WIXDR,P,1.0500,B,Baro\r\n", 39));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
     QTest::qWait(50);
@@ -132,9 +136,8 @@ void TestNmeaSourceTcp::rubbishAheadOfTheDollarDropsTheLine()
     Served served;
     QVERIFY(served.listen());
     MessageLog log;
-    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
-    source->slot_startReceiving();
-    QVERIFY(served.accept());
+    auto* source = served.connectSource(fixture);
+    QVERIFY(source);
     served.send("xx$IIMDA,29.53\r\n$IIMDA,29.92,I,1.0132,B*00\r\n$WIXDR,P,1.0200,B,Baro\r\n");
     QTRY_VERIFY(fixture.item(Xdr) != nullptr);
     QCOMPARE(fixture.item(Mda), nullptr);
@@ -254,9 +257,8 @@ void TestNmeaSourceTcp::silentServerGivesNoReconnection()
     SourceFixture fixture;
     Served served;
     QVERIFY(served.listen());
-    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
-    source->slot_startReceiving();
-    QVERIFY(served.accept());
+    auto* source = served.connectSource(fixture);
+    QVERIFY(source);
     MessageLog log;
     QTest::qWait(1500);
     QVERIFY2(log.messages().isEmpty(), qPrintable(log.messages().join(QLatin1Char('|'))));
@@ -271,9 +273,8 @@ void TestNmeaSourceTcp::twoErrorsInARowGiveOneRetry()
     SourceFixture fixture;
     Served served;
     QVERIFY(served.listen());
-    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
-    source->slot_startReceiving();
-    QVERIFY(served.accept());
+    auto* source = served.connectSource(fixture);
+    QVERIFY(source);
     MessageLog log;
     source->slot_tcpError(QAbstractSocket::NetworkError);
     source->slot_tcpError(QAbstractSocket::NetworkError);
@@ -288,9 +289,8 @@ void TestNmeaSourceTcp::timeOutReconnectsAfterTenMilliseconds()
     SourceFixture fixture;
     Served served;
     QVERIFY(served.listen());
-    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
-    source->slot_startReceiving();
-    QVERIFY(served.accept());
+    auto* source = served.connectSource(fixture);
+    QVERIFY(source);
     served.send("$IIMDA,29.53\r\n");
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
     MessageLog log;
@@ -320,9 +320,8 @@ void TestNmeaSourceTcp::stopWithdrawsThePressure()
     SourceFixture fixture;
     Served served;
     QVERIFY(served.listen());
-    auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
-    source->slot_startReceiving();
-    QVERIFY(served.accept());
+    auto* source = served.connectSource(fixture);
+    QVERIFY(source);
     served.send("$IIMDA,29.53\r\n");
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
     MessageLog log;

@@ -33,14 +33,20 @@ private slots:
 
 private:
     static QByteArray withSum(const QByteArray& body) { return body + '*' + Nmea0183::computeChecksum(body).toLatin1(); }
+    // A source listening on every address at `port`, started.
+    static NmeaSourceUdp* startedSource(SourceFixture& fixture, quint16 port)
+    {
+        auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
+        source->slot_startReceiving();
+        return source;
+    }
 };
 
 void TestNmeaSourceUdp::twoSentencesInOneDatagramGiveTwoDecodes()
 {
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     QVERIFY(source->getSocket());
     sendDatagram(withSum("$IIMDA,29.92,I,1.0132,B") + "\r\n" + withSum("$WIMMB,29.92,I,1.0150,B") + "\r\n", port);
     QTRY_VERIFY(fixture.item(Mmb) != nullptr);
@@ -53,8 +59,7 @@ void TestNmeaSourceUdp::sentenceSplitOverTwoDatagramsIsJoined()
 {
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     sendDatagram("$IIMDA,29.92,I,1.01", port);
     QTRY_COMPARE(source->getBuffer(), QStringLiteral("$IIMDA,29.92,I,1.01"));
     QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
@@ -67,8 +72,7 @@ void TestNmeaSourceUdp::crLfAloneStaysInTheBuffer()
 {
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     sendDatagram("\r\n", port);
     QTRY_COMPARE(source->getBuffer(), QStringLiteral("\r\n"));
     sendDatagram("$IIMDA,29.53\r\n", port);
@@ -80,8 +84,7 @@ void TestNmeaSourceUdp::emptyDatagramWarns()
 {
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     MessageLog log;
     sendDatagram(QByteArray(), port);
     QTRY_COMPARE(log.count(QStringLiteral("empty datagram data received")), 1);
@@ -92,8 +95,7 @@ void TestNmeaSourceUdp::startWithNothingWaitingWarnsEmpty()
     SourceFixture fixture;
     MessageLog log;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     QCOMPARE(log.count(QStringLiteral("empty datagram data received")), 1);
     QCOMPARE(log.count(QStringLiteral("udp source activated 0.0.0.0 %1").arg(port)), 1);
     QVERIFY(source->isConnected());
@@ -104,8 +106,7 @@ void TestNmeaSourceUdp::backslashSplitsALine()
 {
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     sendDatagram("$IIMDA,29.53\\$WIXDR,P,1.0200,B,Baro\r\n", port);
     QTRY_VERIFY(fixture.item(Xdr) != nullptr);
     QVERIFY(fixture.item(Mda) != nullptr);
@@ -116,8 +117,7 @@ void TestNmeaSourceUdp::nulCutsTheDatagram()
 {
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     sendDatagram(QByteArray("$IIMDA,29.53\r\n\0$WIXDR,P,1.0500,B,Baro\r\n", 39), port);
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
     QTest::qWait(50);
@@ -128,8 +128,7 @@ void TestNmeaSourceUdp::rubbishAheadOfTheDollarDropsTheLine()
 {
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     sendDatagram("xx$IIMDA,29.53\r\n$WIXDR,P,1.0200,B,Baro\r\n", port);
     QTRY_VERIFY(fixture.item(Xdr) != nullptr);
     QCOMPARE(fixture.item(Mda), nullptr);
@@ -139,8 +138,7 @@ void TestNmeaSourceUdp::wrongChecksumAndUnknownAreSilent()
 {
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     MessageLog log;
     sendDatagram("$IIMDA,29.92,I,1.0132,B*00\r\n$GPGGA,1,2,3\r\n!AIVDM,1\r\n$WIXDR,P,1.0200,B,Baro\r\n", port);
     QTRY_VERIFY(fixture.item(Xdr) != nullptr);
@@ -156,8 +154,7 @@ void TestNmeaSourceUdp::portInUseAtFirstBindLeavesTheSourceDead()
     QUdpSocket blocker;
     QVERIFY(blocker.bind(QHostAddress(QHostAddress::Any), port, QAbstractSocket::DontShareAddress));
     MessageLog log;
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     QCOMPARE(source->getSocket(), nullptr);
     QVERIFY(!source->isConnected());
     blocker.close();
@@ -175,8 +172,7 @@ void TestNmeaSourceUdp::afterAnErrorBindIsRetriedUntilItWorks()
     FastTimers fast(200, 100);
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     sendDatagram("$IIMDA,29.53\r\n", port);
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
 
@@ -200,8 +196,7 @@ void TestNmeaSourceUdp::stopWithdrawsThePressure()
 {
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     sendDatagram("$IIMDA,29.53\r\n", port);
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
     source->stopReceiving();
@@ -228,8 +223,7 @@ void TestNmeaSourceUdp::readingStopsAbove10240Characters()
 {
     SourceFixture fixture;
     const quint16 port = freeUdpPort();
-    auto* source = new NmeaSourceUdp(fixture.receiver.get(), QStringLiteral("0.0.0.0"), port);
-    source->slot_startReceiving();
+    auto* source = startedSource(fixture, port);
     // Stop the source reading by itself, queue more than the limit, then read once.
     disconnect(source->getSocket(), nullptr, source, nullptr);
     const QByteArray chunk(6000, 'x');
