@@ -55,6 +55,8 @@ public:
     NmeaReceiver* getReceiver() const { return receiver; }
     // The sender of the internal sensor and location paths, or null.
     NmeaSenderUdp* getSenderUdp() const { return senderUdp; }
+    // When the application last left the active state, in UTC; null before that.
+    QDateTime getPauseTime() const { return pauseTime; }
 
 signals:
     void sendCalibration(QString message);

@@ -120,7 +120,9 @@ void NmeaReceiver::slot_startReceiving()
         && serialSetting != QLatin1String("None")) {
         // The setting holds the entry as the port list shows it: port name, a blank and a
         // description.
-        const QString portName = serialSetting.split(QLatin1Char(' '), Qt::SkipEmptyParts).first();
+        // A hand-edited setting of blanks only names no port: the source is made with an
+        // empty name, fails to open and retries like any other port that is not there.
+        const QString portName = serialSetting.split(QLatin1Char(' '), Qt::SkipEmptyParts).value(0);
         // Deliberately not "SettingSerialSpeed", which is what the Connections page writes.
         const int speed = backend->getSetting(QStringLiteral("SettingSerialPortSpeed"), 9600).toInt();
         const int control = backend->getSetting(QStringLiteral("SettingSerialControl"), 0).toInt();

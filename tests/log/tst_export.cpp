@@ -220,6 +220,19 @@ private slots:
                                              "10,00;245;6,4")}));
     }
 
+    void csvWithLanguageSevenIsTheEnglishForm()
+    {
+        // Only 1 is French: any other stored value, a stale or hand-edited one included,
+        // gives the comma-separated file with decimal points.
+        ReaderFixture fx;
+        exampleSettings(fx);
+        fx.setSetting(QStringLiteral("language"), 7);
+        fx.insert(1, ReaderFixture::exampleRow());
+        const QString target = fx.path(QStringLiteral("example.csv"));
+        fx.log().exportCsv(1, target);
+        QCOMPARE(readAll(target), (EnglishHeader + QLatin1Char('\n') + ExampleLine + QLatin1Char('\n')).toLatin1());
+    }
+
     void csvExampleMonthFirst()
     {
         ReaderFixture fx;
