@@ -3,6 +3,7 @@
 #include "app/Startup.h"
 #include "app/TranslationHandler.h"
 #include "log/DataSource.h"
+#include "util/DataFolder.h"
 #include "util/Util.h"
 
 #include <QtCore/QDebug>
@@ -10,6 +11,7 @@
 #include <QtCore/QLocale>
 #include <QtCore/QProcess>
 #include <QtCore/QUrl>
+#include <QtGui/QIcon>
 #include <QtQml/QQmlApplicationEngine>
 #include <QtQml/QQmlContext>
 #include <QtQuick/QQuickView>
@@ -19,7 +21,17 @@
 namespace {
 
 const QString OrganizationDomain = QStringLiteral("quillmere.com");
-[[maybe_unused]] const QString ApplicationIdentifier = QStringLiteral("com.quillmere.brinholt");
+const QString ApplicationIdentifier = QStringLiteral("com.quillmere.brinholt");
+
+// The application's icon for every window, and the desktop entry that names it.
+void setWindowIcon()
+{
+    QIcon icon;
+    for (const int size : {32, 64, 128, 256})
+        icon.addFile(QStringLiteral(":/icon/%1.png").arg(size), QSize(size, size));
+    QGuiApplication::setWindowIcon(icon);
+    QGuiApplication::setDesktopFileName(ApplicationIdentifier);
+}
 
 } // namespace
 
@@ -30,7 +42,11 @@ int main(int argc, char* argv[])
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Quillmere"));
     QCoreApplication::setOrganizationDomain(OrganizationDomain);
-    QDir::setCurrent(Util::currentPath());
+    const QString dataFolder = Util::currentPath();
+    // An installed copy's folder is made on its first start and gets the catalogues.
+    DataFolder::prepare(QCoreApplication::applicationDirPath(), dataFolder);
+    QDir::setCurrent(dataFolder);
+    setWindowIcon();
 
     // Only macOS puts applications to sleep behind the user's back; elsewhere there is
     // nothing to switch off.

@@ -57,6 +57,10 @@ int main(int argc, char* argv[])
     const QCommandLineOption link(QStringLiteral("link"),
                                   QStringLiteral("Keep a symbolic link at this path pointing at the terminal."),
                                   QStringLiteral("path"));
+    const QCommandLineOption scenario(QStringLiteral("scenario"),
+                                      QStringLiteral("Weather: steady, or depression (a low passing over the "
+                                                     "next 12 hours: a fall of 9 hPa, then a rise)."),
+                                      QStringLiteral("name"), QStringLiteral("steady"));
     const QCommandLineOption silent(QStringLiteral("silent"), QStringLiteral("Send nothing and answer nothing."));
     const QCommandLineOption err(QStringLiteral("err"), QStringLiteral("Answer every command with ERR."));
     const QCommandLineOption noise(QStringLiteral("noise"), QStringLiteral("Send line noise around the sentences."));
@@ -66,7 +70,7 @@ int main(int argc, char* argv[])
                                          QStringLiteral("ms"));
     const QCommandLineOption returnAfter(QStringLiteral("return-after"),
                                          QStringLiteral("Come back this many ms after vanishing."), QStringLiteral("ms"));
-    parser.addOptions({interval, seed, pressure, replyDelay, link, silent, err, noise, noEnd, vanishAfter, returnAfter});
+    parser.addOptions({interval, seed, pressure, replyDelay, link, scenario, silent, err, noise, noEnd, vanishAfter, returnAfter});
     parser.process(app);
 
     DeviceSimulator::Options options;
@@ -76,6 +80,10 @@ int main(int argc, char* argv[])
     options.basePressure = parser.value(pressure).toDouble();
     options.replyDelayMs = qMax(0, parser.value(replyDelay).toInt());
     options.linkPath = parser.value(link);
+    if (!DeviceSimulator::scenarioFromName(parser.value(scenario), &options.scenario)) {
+        QTextStream(stderr) << "unknown scenario " << parser.value(scenario) << Qt::endl;
+        return 2;
+    }
     options.silent = parser.isSet(silent);
     options.answerErr = parser.isSet(err);
     options.noise = parser.isSet(noise);

@@ -1,6 +1,7 @@
 #include "util/Util.h"
 
 #include "app/BackEnd.h"
+#include "util/DataFolder.h"
 #include "util/Truncation.h"
 
 #include <QtCore/QCoreApplication>
@@ -58,6 +59,8 @@ QString Util::currentPath()
 {
     const QString path = QCoreApplication::applicationDirPath();
     qWarning().noquote() << "applicationDirPath" << path;
+    if (DataFolder::isInstalled(path))
+        return DataFolder::userFolder();
     return ascend(path, BundleLevels);
 }
 
