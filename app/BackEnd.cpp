@@ -9,6 +9,7 @@
 #include "util/Util.h"
 
 #include <QtCore/QDebug>
+#include <QtCore/QFile>
 #include <QtCore/QSettings>
 #include <QtCore/QThread>
 #include <QtCore/QtMath>
@@ -589,24 +590,57 @@ void BackEnd::startNmea()
 
 // ---- Help and privacy documents -------------------------------------------------------
 
+namespace {
+
+// The whole document as text, cut at its first NUL; empty when the resource is missing.
+QString readDocument(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QString();
+    const QByteArray bytes = file.readAll();
+    file.close();
+    return QString(bytes);
+}
+
+} // namespace
+
 QString BackEnd::getHelpHtml()
 {
-    return QString();
+    QString html = readDocument(QStringLiteral(":/Help/English/DesktopHelp.htm"));
+    // The order matters: small text must end one step up, not two.
+    html.replace(QStringLiteral("<img "), QStringLiteral("&nbsp;<img "));
+    html.replace(QStringLiteral(" large;"), QStringLiteral(" x-large;"));
+    html.replace(QStringLiteral(" small;"), QStringLiteral(" large;"));
+    html.replace(QStringLiteral("src=\"./Brinholt Help_files/"), QStringLiteral("src=\"/Help/English/"));
+    return html;
 }
 
 QUrl BackEnd::getHelpBaseUrl()
 {
-    return QUrl();
+    return QUrl::fromLocalFile(appPath + QStringLiteral("help_files"));
 }
 
 QUrl BackEnd::getHelpUrl()
 {
-    return QUrl();
+    if (getSetting(QStringLiteral("language"), 0).toInt() != 0)
+        return QUrl::fromLocalFile(appPath + QStringLiteral("help_files/French/Brinholt_help_vQT_FRENCH.htm"));
+    return QUrl::fromLocalFile(appPath + QStringLiteral("help_files/English/Brinholt_help_vQT.htm"));
 }
 
 QString BackEnd::getPrivacyPolicy()
 {
-    return QString();
+    const bool english = getSetting(QStringLiteral("language"), 0).toInt() == 0;
+    QString html = readDocument(english ? QStringLiteral(":/Help/English/brinholt_privacy_policy_en.html")
+                                        : QStringLiteral(":/Help/French/brinholt_privacy_policy_fr.html"));
+    html.replace(QStringLiteral("<img "), QStringLiteral("&nbsp;<img "));
+    html.replace(QStringLiteral(" small;"), QStringLiteral(" medium;"));
+    // Read again: the language may have changed since the document was chosen.
+    if (getSetting(QStringLiteral("language"), 0).toInt() != 0)
+        html.replace(QStringLiteral("src=\""), QStringLiteral("src=\"/Help/French/"));
+    else
+        html.replace(QStringLiteral("src=\""), QStringLiteral("src=\"/Help/English/"));
+    return html;
 }
 
 // ---- Host queries ---------------------------------------------------------------------

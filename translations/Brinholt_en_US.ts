@@ -134,6 +134,139 @@
     </message>
 </context>
 <context>
+    <name>FileData</name>
+    <message>
+        <source>Are you sure you want to delete ALL data ?</source>
+        <translation>Are you sure you want to delete ALL data ?</translation>
+    </message>
+    <message>
+        <source>Delete all data</source>
+        <translation>Delete all data</translation>
+    </message>
+    <message>
+        <source>Log tables</source>
+        <translation>Log tables</translation>
+    </message>
+    <message>
+        <source>30m (2 secs interval)</source>
+        <translation>30m (2 secs interval)</translation>
+    </message>
+    <message>
+        <source>3h (6 secs interval)</source>
+        <translation>3h (6 secs interval)</translation>
+    </message>
+    <message>
+        <source>6h (12 secs interval)</source>
+        <translation>6h (12 secs interval)</translation>
+    </message>
+    <message>
+        <source>12h (24 secs interval)</source>
+        <translation>12h (24 secs interval)</translation>
+    </message>
+    <message>
+        <source>1d (48 secs interval)</source>
+        <translation>1d (48 secs interval)</translation>
+    </message>
+    <message>
+        <source>2d (96 secs interval)</source>
+        <translation>2d (96 secs interval)</translation>
+    </message>
+    <message>
+        <source>4d (192 secs interval)</source>
+        <translation>4d (192 secs interval)</translation>
+    </message>
+    <message>
+        <source>8d (384 secs interval)</source>
+        <translation>8d (384 secs interval)</translation>
+    </message>
+    <message>
+        <source>16d (768 secs interval)</source>
+        <translation>16d (768 secs interval)</translation>
+    </message>
+</context>
+<context>
+    <name>FileDetails</name>
+    <message>
+        <source>30m</source>
+        <translation>30m</translation>
+    </message>
+    <message>
+        <source>3h</source>
+        <translation>3h</translation>
+    </message>
+    <message>
+        <source>6h</source>
+        <translation>6h</translation>
+    </message>
+    <message>
+        <source>12h</source>
+        <translation>12h</translation>
+    </message>
+    <message>
+        <source>1d</source>
+        <translation>1d</translation>
+    </message>
+    <message>
+        <source>2d</source>
+        <translation>2d</translation>
+    </message>
+    <message>
+        <source>4d</source>
+        <translation>4d</translation>
+    </message>
+    <message>
+        <source>8d</source>
+        <translation>8d</translation>
+    </message>
+    <message>
+        <source>16d</source>
+        <translation>16d</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to delete ALL data in this table ?</source>
+        <translation>Are you sure you want to delete ALL data in this table ?</translation>
+    </message>
+    <message>
+        <source>Please choose a file</source>
+        <translation>Please choose a file</translation>
+    </message>
+    <message>
+        <source>Export page as CSV</source>
+        <translation>Export page as CSV</translation>
+    </message>
+    <message>
+        <source>Export page as GPX</source>
+        <translation>Export page as GPX</translation>
+    </message>
+    <message>
+        <source>Delete this data file</source>
+        <translation>Delete this data file</translation>
+    </message>
+    <message>
+        <source>Delete this record</source>
+        <translation>Delete this record</translation>
+    </message>
+    <message>
+        <source>No table chosen</source>
+        <translation>No table chosen</translation>
+    </message>
+</context>
+<context>
+    <name>Help_textview</name>
+    <message>
+        <source>Privacy Policy</source>
+        <translation>Privacy Policy</translation>
+    </message>
+    <message>
+        <source>Back to help</source>
+        <translation>Back to help</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Help</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>deg</source>
