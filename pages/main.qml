@@ -82,6 +82,8 @@ ApplicationWindow {
                 ToolButton {
                     id: baroButton
                     objectName: "baroButton"
+                    Accessible.role: Accessible.Button
+                    Accessible.name: qsTr("Graph")
                     checkable: false
                     autoExclusive: true
                     smooth: true
@@ -96,6 +98,8 @@ ApplicationWindow {
                 ToolButton {
                     id: dataButton
                     objectName: "dataButton"
+                    Accessible.role: Accessible.Button
+                    Accessible.name: qsTr("Data")
                     checkable: false
                     autoExclusive: true
                     smooth: true
@@ -112,6 +116,8 @@ ApplicationWindow {
                 ToolButton {
                     id: settingsButton
                     objectName: "settingsButton"
+                    Accessible.role: Accessible.Button
+                    Accessible.name: qsTr("Settings")
                     checkable: false
                     autoExclusive: true
                     smooth: true
@@ -128,6 +134,8 @@ ApplicationWindow {
                 ToolButton {
                     id: helpButton
                     objectName: "helpButton"
+                    Accessible.role: Accessible.Button
+                    Accessible.name: qsTr("Help")
                     checkable: false
                     autoExclusive: true
                     smooth: true
