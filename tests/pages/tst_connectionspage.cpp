@@ -1,4 +1,5 @@
 #include "PageHarness.h"
+#include "PageInput.h"
 #include "support/NetworkNamespace.h"
 
 #include "app/BackEnd.h"
@@ -106,8 +107,7 @@ private:
     {
         QQuickItem* item = h.item(button);
         QVERIFY(item);
-        QTest::mouseClick(h.window(), Qt::LeftButton, Qt::NoModifier,
-                          item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint());
+        QVERIFY2(PageInput::click(h.window(), h.loadedPage(), item), qPrintable(button));
     }
 
     // Opens the page as the settings page does; with `ports` the page lists those in place

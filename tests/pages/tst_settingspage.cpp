@@ -1,4 +1,5 @@
 #include "PageHarness.h"
+#include "PageInput.h"
 #include "support/HostTheme.h"
 
 #include "app/BackEnd.h"
@@ -40,30 +41,11 @@ private:
         return h.start();
     }
 
-    // Scrolls the page that holds `item` until the item is in the window, as a user would.
-    static void scrollTo(PageHarness& h, QQuickItem* item)
-    {
-        QQuickItem* page = h.loadedPage();
-        auto* flickable = page ? page->property("contentItem").value<QQuickItem*>() : nullptr;
-        if (!flickable || !flickable->inherits("QQuickFlickable"))
-            return;
-        const QRectF inWindow = item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
-        const QRectF pageRect = page->mapRectToScene(QRectF(0, 0, page->width(), page->height()));
-        qreal y = flickable->property("contentY").toReal();
-        if (inWindow.bottom() > pageRect.bottom())
-            y += inWindow.bottom() - pageRect.bottom();
-        else if (inWindow.top() < pageRect.top())
-            y -= pageRect.top() - inWindow.top();
-        flickable->setProperty("contentY", y);
-    }
-
     static void press(PageHarness& h, const QString& button)
     {
         QQuickItem* item = h.item(button);
         QVERIFY(item);
-        scrollTo(h, item);
-        QTest::mouseClick(h.window(), Qt::LeftButton, Qt::NoModifier,
-                          item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint());
+        QVERIFY2(PageInput::click(h.window(), h.loadedPage(), item), qPrintable(button));
     }
 
     static QQuickItem* openSettings(PageHarness& h)
