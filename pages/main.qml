@@ -82,8 +82,12 @@ ApplicationWindow {
                 ToolButton {
                     id: baroButton
                     objectName: "baroButton"
+                    // Shown only as an icon; the text is what a screen reader says. The context
+                    // is named: a bare qsTr binding in a page without the .qml suffix misses it.
+                    text: qsTranslate("main", "Graph")
+                    display: AbstractButton.IconOnly
                     Accessible.role: Accessible.Button
-                    Accessible.name: qsTr("Graph")
+                    Accessible.name: text
                     checkable: false
                     autoExclusive: true
                     smooth: true
@@ -98,8 +102,10 @@ ApplicationWindow {
                 ToolButton {
                     id: dataButton
                     objectName: "dataButton"
+                    text: qsTranslate("main", "Data")
+                    display: AbstractButton.IconOnly
                     Accessible.role: Accessible.Button
-                    Accessible.name: qsTr("Data")
+                    Accessible.name: text
                     checkable: false
                     autoExclusive: true
                     smooth: true
@@ -116,8 +122,10 @@ ApplicationWindow {
                 ToolButton {
                     id: settingsButton
                     objectName: "settingsButton"
+                    text: qsTranslate("main", "Settings")
+                    display: AbstractButton.IconOnly
                     Accessible.role: Accessible.Button
-                    Accessible.name: qsTr("Settings")
+                    Accessible.name: text
                     checkable: false
                     autoExclusive: true
                     smooth: true
@@ -134,8 +142,10 @@ ApplicationWindow {
                 ToolButton {
                     id: helpButton
                     objectName: "helpButton"
+                    text: qsTranslate("main", "Help")
+                    display: AbstractButton.IconOnly
                     Accessible.role: Accessible.Button
-                    Accessible.name: qsTr("Help")
+                    Accessible.name: text
                     checkable: false
                     autoExclusive: true
                     smooth: true

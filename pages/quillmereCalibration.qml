@@ -5,6 +5,9 @@ import QtQuick.Dialogs 1.3
 import QtQuick.Layouts 1.15
 import backend 1.0
 
+// Texts name their context: the page is published without the .qml suffix, and a bare
+// qsTr call bound to a property then looks in the wrong context and stays in English.
+
 // The offset and slope held by the pressure device itself. The page asks the device for
 // its state when it opens and stays locked until the answer comes; it stores nothing.
 ScrollView {
@@ -34,7 +37,7 @@ ScrollView {
     MessageDialog {
         id: calibStatus
         objectName: "calibStatus"
-        title: qsTr("Quillmere Skerry calibration")
+        title: qsTranslate("quillmereCalibration", "Quillmere Skerry calibration")
         standardButtons: StandardButton.Close
         onAccepted: calibStatus.visible = false
         onRejected: calibStatus.visible = false
@@ -59,13 +62,13 @@ ScrollView {
                 loader.setSource("qrc:/BaroSwipe")
                 return
             }
-            calibStatus.text = qsTr("Operation failed")
+            calibStatus.text = qsTranslate("quillmereCalibration", "Operation failed")
             calibStatus.icon = StandardIcon.Critical
             calibStatus.open()
             backend.requestCurrentCalibration()
         }
         function onOperationTimeout() {
-            calibStatus.text = qsTr("Operation timeout, probably no<br>Quillmere Skerry is connected")
+            calibStatus.text = qsTranslate("quillmereCalibration", "Operation timeout, probably no<br>Quillmere Skerry is connected")
             calibStatus.icon = StandardIcon.Critical
             calibStatus.open()
         }
@@ -112,7 +115,7 @@ ScrollView {
             Layout.topMargin: 20
             Layout.alignment: Qt.AlignHCenter
             font.pixelSize: temoin.font.pixelSize * 2
-            text: qsTr("Quillmere Skerry calibration")
+            text: qsTranslate("quillmereCalibration", "Quillmere Skerry calibration")
         }
 
         Item {
@@ -128,7 +131,7 @@ ScrollView {
                 SettingsText {
                     id: temoin
                     objectName: "temoin"
-                    text: hasBackend ? qsTr("Set Skerry sensor offset (mb)") : ""
+                    text: hasBackend ? qsTranslate("quillmereCalibration", "Set Skerry sensor offset (mb)") : ""
                 }
                 DoubleSpinBox {
                     id: offsetInput
@@ -142,7 +145,7 @@ ScrollView {
                     decimals: hasBackend && backend.getSetting("UnitPre", 0) === 3 ? 3 : 2
                     value: 0
                     enabled: false
-                    Accessible.name: qsTr("Set Skerry sensor offset (mb)")
+                    Accessible.name: temoin.text
                     onRealValueChanged: {
                         if (hasBackend)
                             showPressure()
@@ -154,7 +157,7 @@ ScrollView {
                 SettingsText {
                     id: lab
                     objectName: "lab"
-                    text: qsTr("Station Level (QFE)")
+                    text: qsTranslate("quillmereCalibration", "Station Level (QFE)")
                 }
                 Text {
                     id: stationPressure
@@ -171,7 +174,7 @@ ScrollView {
             objectName: "slopeCaption"
             Layout.topMargin: 50
             Layout.alignment: Qt.AlignHCenter
-            text: qsTr("Set sensor pressure slope (mb/bar)")
+            text: qsTranslate("quillmereCalibration", "Set sensor pressure slope (mb/bar)")
         }
         DoubleSpinBox {
             id: slopeInput
@@ -196,7 +199,7 @@ ScrollView {
                 id: buttonCalib
                 objectName: "buttonCalib"
                 Layout.rightMargin: 100
-                text: qsTr("Calibrate")
+                text: qsTranslate("quillmereCalibration", "Calibrate")
                 Accessible.name: text
                 enabled: false
                 onClicked: backend.calibrateBarometer(offsetInput.realValue, slopeInput.realValue, qsp)
@@ -206,7 +209,7 @@ ScrollView {
                 objectName: "buttonReset"
                 Layout.leftMargin: 50
                 Layout.rightMargin: 50
-                text: qsTr("Factory reset")
+                text: qsTranslate("quillmereCalibration", "Factory reset")
                 Accessible.name: text
                 enabled: false
                 onClicked: backend.resetBarometer()
@@ -215,7 +218,7 @@ ScrollView {
                 id: buttonCancel
                 objectName: "buttonCancel"
                 Layout.leftMargin: 100
-                text: qsTr("Cancel")
+                text: qsTranslate("quillmereCalibration", "Cancel")
                 Accessible.name: text
                 onClicked: loader.setSource("qrc:/BaroSwipe")
             }

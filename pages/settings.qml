@@ -4,6 +4,9 @@ import QtQuick.Controls.Material 2.15
 import QtQuick.Layouts 1.15
 import backend 1.0
 
+// Texts name their context: the page is published without the .qml suffix, and a bare
+// qsTr call bound to a property then looks in the wrong context and stays in English.
+
 // What the user chooses for the look, the units and the pressure shown. The controls are
 // filled from the settings at creation and written back when the page goes away.
 ScrollView {
@@ -158,14 +161,17 @@ ScrollView {
             columns: Math.max(1, Math.floor(window.width / (hasBackend ? backend.getColWidth() : 1)))
 
             ColumnLayout {
-                SettingsText { text: qsTr("Langage") }
+                SettingsText {
+                    id: comboLangageCaption
+                    text: qsTranslate("settings", "Langage")
+                }
                 ComboBox {
                     id: comboLangage
                     objectName: "comboLangage"
                     property bool hasChanged: false
                     Layout.fillWidth: true
-                    model: [qsTr("English"), qsTr("French")]
-                    Accessible.name: qsTr("Langage")
+                    model: [qsTranslate("settings", "English"), qsTranslate("settings", "French")]
+                    Accessible.name: comboLangageCaption.text
                     onCurrentIndexChanged: {
                         if (!ready || hasChanged)
                             return
@@ -179,13 +185,16 @@ ScrollView {
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Theme") }
+                SettingsText {
+                    id: comboThemeCaption
+                    text: qsTranslate("settings", "Theme")
+                }
                 ComboBox {
                     id: comboTheme
                     objectName: "comboTheme"
                     Layout.fillWidth: true
-                    model: [qsTr("Light"), qsTr("Dark"), qsTr("Device")]
-                    Accessible.name: qsTr("Theme")
+                    model: [qsTranslate("settings", "Light"), qsTranslate("settings", "Dark"), qsTranslate("settings", "Device")]
+                    Accessible.name: comboThemeCaption.text
                     onCurrentIndexChanged: {
                         if (ready)
                             applyTheme(currentIndex)
@@ -193,53 +202,68 @@ ScrollView {
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Time zone") }
+                SettingsText {
+                    id: comboTimeZoneCaption
+                    text: qsTranslate("settings", "Time zone")
+                }
                 ComboBox {
                     id: comboTimeZone
                     objectName: "comboTimeZone"
                     Layout.fillWidth: true
-                    model: [qsTr("UTC"), qsTr("Device")]
-                    Accessible.name: qsTr("Time zone")
+                    model: [qsTranslate("settings", "UTC"), qsTranslate("settings", "Device")]
+                    Accessible.name: comboTimeZoneCaption.text
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Date format") }
+                SettingsText {
+                    id: comboDateFormatCaption
+                    text: qsTranslate("settings", "Date format")
+                }
                 ComboBox {
                     id: comboDateFormat
                     objectName: "comboDateFormat"
                     Layout.fillWidth: true
-                    model: [qsTr("dd mm"), qsTr("mm dd")]
-                    Accessible.name: qsTr("Date format")
+                    model: [qsTranslate("settings", "dd mm"), qsTranslate("settings", "mm dd")]
+                    Accessible.name: comboDateFormatCaption.text
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Time format") }
+                SettingsText {
+                    id: comboTimeFormatCaption
+                    text: qsTranslate("settings", "Time format")
+                }
                 ComboBox {
                     id: comboTimeFormat
                     objectName: "comboTimeFormat"
                     Layout.fillWidth: true
-                    model: [qsTr("24h"), qsTr("12h")]
-                    Accessible.name: qsTr("Time format")
+                    model: [qsTranslate("settings", "24h"), qsTranslate("settings", "12h")]
+                    Accessible.name: comboTimeFormatCaption.text
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Speed format") }
+                SettingsText {
+                    id: comboSpeedUnitCaption
+                    text: qsTranslate("settings", "Speed format")
+                }
                 ComboBox {
                     id: comboSpeedUnit
                     objectName: "comboSpeedUnit"
                     Layout.fillWidth: true
-                    model: [qsTr("kts"), qsTr("km/h"), qsTr("mph")]
-                    Accessible.name: qsTr("Speed format")
+                    model: [qsTranslate("settings", "kts"), qsTranslate("settings", "km/h"), qsTranslate("settings", "mph")]
+                    Accessible.name: comboSpeedUnitCaption.text
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Pressure units") }
+                SettingsText {
+                    id: comboPreUnitCaption
+                    text: qsTranslate("settings", "Pressure units")
+                }
                 ComboBox {
                     id: comboPreUnit
                     objectName: "comboPreUnit"
                     Layout.fillWidth: true
                     model: ["mb", "hPa", "kPa", "inHg", "mmHg"]
-                    Accessible.name: qsTr("Pressure units")
+                    Accessible.name: comboPreUnitCaption.text
                     onCurrentIndexChanged: {
                         if (!ready)
                             return
@@ -249,33 +273,42 @@ ScrollView {
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Precision display") }
+                SettingsText {
+                    id: comboPrecisionCaption
+                    text: qsTranslate("settings", "Precision display")
+                }
                 ComboBox {
                     id: comboPrecision
                     objectName: "comboPrecision"
                     Layout.fillWidth: true
-                    model: [qsTr("Low"), qsTr("Normal"), qsTr("High")]
-                    Accessible.name: qsTr("Precision display")
+                    model: [qsTranslate("settings", "Low"), qsTranslate("settings", "Normal"), qsTranslate("settings", "High")]
+                    Accessible.name: comboPrecisionCaption.text
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Location display") }
+                SettingsText {
+                    id: comboFormatLocationCaption
+                    text: qsTranslate("settings", "Location display")
+                }
                 ComboBox {
                     id: comboFormatLocation
                     objectName: "comboFormatLocation"
                     Layout.fillWidth: true
                     model: ["dd°mm'ss\"", "dd°mm.mm'", "dd.dd°"]
-                    Accessible.name: qsTr("Location display")
+                    Accessible.name: comboFormatLocationCaption.text
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Pressure display") }
+                SettingsText {
+                    id: comboPressureLevelCaption
+                    text: qsTranslate("settings", "Pressure display")
+                }
                 ComboBox {
                     id: comboPressureLevel
                     objectName: "comboPressureLevel"
                     Layout.fillWidth: true
-                    model: [qsTr("Sea Level (QNH)"), qsTr("Station Level (QFE)")]
-                    Accessible.name: qsTr("Pressure display")
+                    model: [qsTranslate("settings", "Sea Level (QNH)"), qsTranslate("settings", "Station Level (QFE)")]
+                    Accessible.name: comboPressureLevelCaption.text
                     onCurrentIndexChanged: {
                         if (ready)
                             showPressure()
@@ -283,13 +316,16 @@ ScrollView {
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Elevation units") }
+                SettingsText {
+                    id: comboElevationUnitsCaption
+                    text: qsTranslate("settings", "Elevation units")
+                }
                 ComboBox {
                     id: comboElevationUnits
                     objectName: "comboElevationUnits"
                     Layout.fillWidth: true
-                    model: [qsTr("Meters"), qsTr("Feet")]
-                    Accessible.name: qsTr("Elevation units")
+                    model: [qsTranslate("settings", "Meters"), qsTranslate("settings", "Feet")]
+                    Accessible.name: comboElevationUnitsCaption.text
                     onCurrentIndexChanged: {
                         if (!ready)
                             return
@@ -309,7 +345,7 @@ ScrollView {
                 SettingsText {
                     id: elevationCaption
                     objectName: "elevationCaption"
-                    text: comboElevationUnits.currentIndex === 0 ? qsTr("Elevation (meters)") : qsTr("Elevation (feet)")
+                    text: comboElevationUnits.currentIndex === 0 ? qsTranslate("settings", "Elevation (meters)") : qsTranslate("settings", "Elevation (feet)")
                 }
                 DoubleSpinBox {
                     id: elevation
@@ -327,18 +363,18 @@ ScrollView {
                 }
             }
             ColumnLayout {
-                SettingsText { text: qsTr("Line style") }
+                SettingsText { text: qsTranslate("settings", "Line style") }
                 RowLayout {
                     RadioButton {
                         id: straight
                         objectName: "straight"
-                        text: qsTr("Straight")
+                        text: qsTranslate("settings", "Straight")
                         Accessible.name: text
                     }
                     RadioButton {
                         id: spline
                         objectName: "spline"
-                        text: qsTr("Spline")
+                        text: qsTranslate("settings", "Spline")
                         Accessible.name: text
                     }
                 }
@@ -346,7 +382,7 @@ ScrollView {
             Switch {
                 id: swSplitScreen
                 objectName: "swSplitScreen"
-                text: qsTr("Data on two screens")
+                text: qsTranslate("settings", "Data on two screens")
                 Accessible.name: text
             }
             // Kept for the phone builds; read and written, never shown on the desktop.
@@ -354,7 +390,7 @@ ScrollView {
                 id: alwaysOn
                 objectName: "alwaysOn"
                 visible: isAndroidOrIos
-                text: qsTr("Keep screen always on")
+                text: qsTranslate("settings", "Keep screen always on")
                 Accessible.name: text
             }
             ColumnLayout {
@@ -364,13 +400,13 @@ ScrollView {
                 Switch {
                     id: swUdpOut
                     objectName: "swUdpOut"
-                    text: qsTr("UDP NMEA output")
+                    text: qsTranslate("settings", "UDP NMEA output")
                     Accessible.name: text
                 }
                 Switch {
                     id: swUpdPos
                     objectName: "swUpdPos"
-                    text: qsTr("Also send position (RMC)")
+                    text: qsTranslate("settings", "Also send position (RMC)")
                     Accessible.name: text
                 }
                 SpinBox {
@@ -382,7 +418,7 @@ ScrollView {
                     editable: true
                     textFromValue: function(value) { return value.toString() }
                     valueFromText: function(text) { return parseInt(text, 10) }
-                    Accessible.name: qsTr("UDP output port")
+                    Accessible.name: qsTranslate("settings", "UDP output port")
                 }
             }
         }
@@ -402,7 +438,7 @@ ScrollView {
                 SettingsText {
                     id: offsetCaption
                     objectName: "offsetCaption"
-                    text: qsTr("Pressure display offset") + " (" + comboPreUnit.currentText + ")"
+                    text: qsTranslate("settings", "Pressure display offset") + " (" + comboPreUnit.currentText + ")"
                 }
                 DoubleSpinBox {
                     id: offset
@@ -444,7 +480,7 @@ ScrollView {
             Button {
                 id: buttonConnections
                 objectName: "buttonConnections"
-                text: qsTr("Connections settings")
+                text: qsTranslate("settings", "Connections settings")
                 Accessible.name: text
                 onClicked: loader.setSource("qrc:/settingsConnections")
             }
@@ -452,7 +488,7 @@ ScrollView {
             Button {
                 id: buttonCalibration
                 objectName: "buttonCalibration"
-                text: qsTr("Quillmere Skerry\ncalibration")
+                text: qsTranslate("settings", "Quillmere Skerry\ncalibration")
                 Accessible.name: text
                 // Evaluated once: only the connections page chooses the port, and it
                 // replaces this page.

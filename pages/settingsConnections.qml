@@ -4,6 +4,9 @@ import QtQuick.Controls.Material 2.15
 import QtQuick.Layouts 1.15
 import backend 1.0
 
+// Texts name their context: the page is published without the .qml suffix, and a bare
+// qsTr call bound to a property then looks in the wrong context and stays in English.
+
 // Where readings come from and where they go. Nothing takes effect while the page is open:
 // leaving it saves the choices and restarts position and NMEA input with them.
 ScrollView {
@@ -97,7 +100,7 @@ ScrollView {
             Layout.topMargin: 20
             Layout.alignment: Qt.AlignHCenter
             font.pixelSize: swPos.font.pixelSize * 2
-            text: qsTr("Connections")
+            text: qsTranslate("settingsConnections", "Connections")
         }
 
         GridLayout {
@@ -112,7 +115,7 @@ ScrollView {
             Switch {
                 id: swPos
                 objectName: "swPos"
-                text: qsTr("Position")
+                text: qsTranslate("settingsConnections", "Position")
                 Accessible.name: text
             }
             RowLayout {
@@ -120,13 +123,13 @@ ScrollView {
                 RadioButton {
                     id: posInternal
                     objectName: "posInternal"
-                    text: qsTr("Internal")
+                    text: qsTranslate("settingsConnections", "Internal")
                     Accessible.name: text
                 }
                 RadioButton {
                     id: posNmea
                     objectName: "posNmea"
-                    text: qsTr("NMEA")
+                    text: qsTranslate("settingsConnections", "NMEA")
                     Accessible.name: text
                 }
             }
@@ -134,7 +137,7 @@ ScrollView {
             Switch {
                 id: swSerial
                 objectName: "swSerial"
-                text: qsTr("Serial NMEA input")
+                text: qsTranslate("settingsConnections", "Serial NMEA input")
                 Accessible.name: text
             }
             RowLayout {
@@ -143,28 +146,28 @@ ScrollView {
                     id: serialPort
                     objectName: "serialPort"
                     model: serialPorts
-                    Accessible.name: qsTr("Serial port")
+                    Accessible.name: qsTranslate("settingsConnections", "Serial port")
                 }
                 ComboBox {
                     id: serialSpeed
                     objectName: "serialSpeed"
                     model: ["1200", "2400", "4800", "9600", "19200", "38400", "57600", "115200"]
-                    Accessible.name: qsTr("Speed")
+                    Accessible.name: qsTranslate("settingsConnections", "Speed")
                 }
                 ColumnLayout {
                     ComboBox {
                         id: serialParity
                         objectName: "serialParity"
-                        model: [qsTr("No Parity"), qsTr("Even Parity"), qsTr("Odd Parity"), qsTr("Space Parity"),
-                                qsTr("Mark Parity")]
-                        Accessible.name: qsTr("Parity")
+                        model: [qsTranslate("settingsConnections", "No Parity"), qsTranslate("settingsConnections", "Even Parity"), qsTranslate("settingsConnections", "Odd Parity"), qsTranslate("settingsConnections", "Space Parity"),
+                                qsTranslate("settingsConnections", "Mark Parity")]
+                        Accessible.name: qsTranslate("settingsConnections", "Parity")
                     }
                     ComboBox {
                         id: serialNbBits
                         objectName: "serialNbBits"
                         Layout.minimumWidth: serialParity.Layout.minimumWidth
-                        model: [qsTr("8 Bits"), qsTr("7 Bits"), qsTr("6 Bits"), qsTr("5 Bits")]
-                        Accessible.name: qsTr("Data bits")
+                        model: [qsTranslate("settingsConnections", "8 Bits"), qsTranslate("settingsConnections", "7 Bits"), qsTranslate("settingsConnections", "6 Bits"), qsTranslate("settingsConnections", "5 Bits")]
+                        Accessible.name: qsTranslate("settingsConnections", "Data bits")
                     }
                 }
                 ColumnLayout {
@@ -172,14 +175,14 @@ ScrollView {
                         id: serialStopBit
                         objectName: "serialStopBit"
                         Layout.minimumWidth: serialControl.Layout.minimumWidth
-                        model: [qsTr("1 Bit"), qsTr("1.5 Bit"), qsTr("2 Bits")]
-                        Accessible.name: qsTr("Stop bits")
+                        model: [qsTranslate("settingsConnections", "1 Bit"), qsTranslate("settingsConnections", "1.5 Bit"), qsTranslate("settingsConnections", "2 Bits")]
+                        Accessible.name: qsTranslate("settingsConnections", "Stop bits")
                     }
                     ComboBox {
                         id: serialControl
                         objectName: "serialControl"
-                        model: [qsTr("No Control"), qsTr("Hardware"), qsTr("Software")]
-                        Accessible.name: qsTr("Flow control")
+                        model: [qsTranslate("settingsConnections", "No Control"), qsTranslate("settingsConnections", "Hardware"), qsTranslate("settingsConnections", "Software")]
+                        Accessible.name: qsTranslate("settingsConnections", "Flow control")
                     }
                 }
             }
@@ -187,7 +190,7 @@ ScrollView {
             Switch {
                 id: swTcp
                 objectName: "swTcp"
-                text: qsTr("TCP NMEA input")
+                text: qsTranslate("settingsConnections", "TCP NMEA input")
                 Accessible.name: text
             }
             RowLayout {
@@ -209,7 +212,7 @@ ScrollView {
                         color: Material.foreground
                         selectByMouse: true
                         Accessible.role: Accessible.EditableText
-                        Accessible.name: qsTr("TCP address")
+                        Accessible.name: qsTranslate("settingsConnections", "TCP address")
                         onActiveFocusChanged: {
                             if (activeFocus)
                                 cursorPosition = 0
@@ -229,14 +232,14 @@ ScrollView {
                     // A port is a number, not a quantity: no group separator.
                     textFromValue: function(value) { return value.toString() }
                     valueFromText: function(text) { return parseInt(text, 10) }
-                    Accessible.name: qsTr("TCP port")
+                    Accessible.name: qsTranslate("settingsConnections", "TCP port")
                 }
             }
 
             Switch {
                 id: swUdp
                 objectName: "swUdp"
-                text: qsTr("UDP NMEA input")
+                text: qsTranslate("settingsConnections", "UDP NMEA input")
                 Accessible.name: text
             }
             SpinBox {
@@ -249,13 +252,13 @@ ScrollView {
                 editable: true
                 textFromValue: function(value) { return value.toString() }
                 valueFromText: function(text) { return parseInt(text, 10) }
-                Accessible.name: qsTr("UDP input port")
+                Accessible.name: qsTranslate("settingsConnections", "UDP input port")
             }
 
             Switch {
                 id: swUdpOut
                 objectName: "swUdpOut"
-                text: qsTr("UDP NMEA output")
+                text: qsTranslate("settingsConnections", "UDP NMEA output")
                 Accessible.name: text
             }
             RowLayout {
@@ -269,12 +272,12 @@ ScrollView {
                     editable: true
                     textFromValue: function(value) { return value.toString() }
                     valueFromText: function(text) { return parseInt(text, 10) }
-                    Accessible.name: qsTr("UDP output port")
+                    Accessible.name: qsTranslate("settingsConnections", "UDP output port")
                 }
                 Switch {
                     id: swUpdPos
                     objectName: "swUpdPos"
-                    text: qsTr("Also send position (RMC)")
+                    text: qsTranslate("settingsConnections", "Also send position (RMC)")
                     Accessible.name: text
                 }
             }

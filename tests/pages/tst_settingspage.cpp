@@ -533,6 +533,12 @@ private slots:
         QCOMPARE(prop(french, "lab", "text").toString(),
                  QCoreApplication::translate("settings", "Station Level (QFE)"));
         QVERIFY(prop(french, "lab", "text").toString() != QStringLiteral("Station Level (QFE)"));
+        // Captions and buttons as well, not only the lists.
+        QCOMPARE(prop(french, "comboLangageCaption", "text").toString(), QStringLiteral("Langue"));
+        QCOMPARE(prop(french, "buttonConnections", "text").toString(),
+                 QCoreApplication::translate("settings", "Connections settings"));
+        QVERIFY(prop(french, "buttonConnections", "text").toString() != QStringLiteral("Connections settings"));
+        QCOMPARE(prop(french, "elevationCaption", "text").toString(), QStringLiteral("Altitude (mètres)"));
 
         // Back to English, from the French page.
         set(french, "comboLangage", "currentIndex", 0);
