@@ -26,6 +26,14 @@ SpinBox {
         return Number(value / Math.pow(10, decimals)).toLocaleString(locale, 'f', decimals)
     }
 
+    // The box redraws its text only when the count changes: step it away and back, so that
+    // a change of decimals alone shows as well.
+    onDecimalsChanged: {
+        var count = value
+        value = count === from ? count + 1 : count - 1
+        value = count
+    }
+
     valueFromText: function(text, locale) {
         return Number.fromLocaleString(locale, text) * Math.pow(10, decimals)
     }

@@ -209,7 +209,7 @@ ScrollView {
                         anchors.centerIn: parent
                         inputMask: "999.999.999.999"
                         font: serialPort.font
-                        color: Material.foreground
+                        color: enabled ? Material.foreground : Material.hintTextColor
                         selectByMouse: true
                         Accessible.role: Accessible.EditableText
                         Accessible.name: qsTranslate("settingsConnections", "TCP address")

@@ -137,12 +137,14 @@ private slots:
         QCOMPARE(prop(page, "comboElevationUnits", "currentIndex").toInt(), 0);
         QCOMPARE(prop(page, "elevation", "value").toInt(), 0);
         QCOMPARE(prop(page, "elevation", "decimals").toInt(), 1);
+        QCOMPARE(prop(page, "elevation", "displayText").toString(), QStringLiteral("0.0"));
         QCOMPARE(prop(page, "elevation", "to").toInt(), 10000);
         QCOMPARE(prop(page, "spline", "checked").toBool(), true);
         QCOMPARE(prop(page, "straight", "checked").toBool(), false);
         QCOMPARE(prop(page, "swSplitScreen", "checked").toBool(), false);
         QCOMPARE(prop(page, "offset", "value").toInt(), 0);
         QCOMPARE(prop(page, "offset", "decimals").toInt(), 2);
+        QCOMPARE(prop(page, "offset", "displayText").toString(), QStringLiteral("0.00"));
         QCOMPARE(prop(page, "offset", "from").toInt(), -1000);
         QCOMPARE(prop(page, "offset", "to").toInt(), 1000);
         QCOMPARE(prop(page, "offset", "stepSize").toInt(), 10);
@@ -345,6 +347,14 @@ private slots:
         const int thousandths = prop(page, "offset", "value").toInt();
         QVERIFY2(thousandths == 29 || thousandths == 30, qPrintable(QString::number(thousandths)));
         QVERIFY(std::abs(prop(page, "offset", "realValue").toDouble() - 0.03) <= 0.001 + 1e-9);
+        QCOMPARE(prop(page, "offset", "displayText").toString(), QStringLiteral("0.0%1").arg(thousandths));
+        // Zero stays zero, and is shown with the new decimals.
+        set(page, "offset", "value", 0);
+        set(page, "comboPreUnit", "currentIndex", 1);
+        QCOMPARE(prop(page, "offset", "displayText").toString(), QStringLiteral("0.00"));
+        set(page, "comboPreUnit", "currentIndex", 3);
+        QCOMPARE(prop(page, "offset", "displayText").toString(), QStringLiteral("0.000"));
+        set(page, "offset", "value", thousandths);
         QCOMPARE(prop(page, "offsetCaption", "text").toString(), QStringLiteral("Pressure display offset (inHg)"));
         QVERIFY(leave(h));
         const double hPa = stored(h, "offset").toDouble();
