@@ -291,5 +291,380 @@
         <source>Brinholt</source>
         <translation>Brinholt</translation>
     </message>
+    <message>
+        <source>Graph</source>
+        <translation>Graph</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Settings</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Help</translation>
+    </message>
+</context>
+<context>
+    <name>quillmereCalibration</name>
+    <message>
+        <source>Quillmere Skerry calibration</source>
+        <translation>Quillmere Skerry calibration</translation>
+    </message>
+    <message>
+        <source>Operation failed</source>
+        <translation>Operation failed</translation>
+    </message>
+    <message>
+        <source>Operation timeout, probably no&lt;br&gt;Quillmere Skerry is connected</source>
+        <translation>Operation timeout, probably no&lt;br&gt;Quillmere Skerry is connected</translation>
+    </message>
+    <message>
+        <source>Set Skerry sensor offset (mb)</source>
+        <translation>Set Skerry sensor offset (mb)</translation>
+    </message>
+    <message>
+        <source>Station Level (QFE)</source>
+        <translation>Station Level (QFE)</translation>
+    </message>
+    <message>
+        <source>Set sensor pressure slope (mb/bar)</source>
+        <translation>Set sensor pressure slope (mb/bar)</translation>
+    </message>
+    <message>
+        <source>Calibrate</source>
+        <translation>Calibrate</translation>
+    </message>
+    <message>
+        <source>Factory reset</source>
+        <translation>Factory reset</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>settings</name>
+    <message>
+        <source>Langage</source>
+        <translation>Langage</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>English</translation>
+    </message>
+    <message>
+        <source>French</source>
+        <translation>French</translation>
+    </message>
+    <message>
+        <source>Theme</source>
+        <translation>Theme</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Light</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dark</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>Time zone</translation>
+    </message>
+    <message>
+        <source>UTC</source>
+        <translation>UTC</translation>
+    </message>
+    <message>
+        <source>Date format</source>
+        <translation>Date format</translation>
+    </message>
+    <message>
+        <source>dd mm</source>
+        <translation>dd mm</translation>
+    </message>
+    <message>
+        <source>mm dd</source>
+        <translation>mm dd</translation>
+    </message>
+    <message>
+        <source>Time format</source>
+        <translation>Time format</translation>
+    </message>
+    <message>
+        <source>24h</source>
+        <translation>24h</translation>
+    </message>
+    <message>
+        <source>12h</source>
+        <translation>12h</translation>
+    </message>
+    <message>
+        <source>Speed format</source>
+        <translation>Speed format</translation>
+    </message>
+    <message>
+        <source>kts</source>
+        <translation>kts</translation>
+    </message>
+    <message>
+        <source>km/h</source>
+        <translation>km/h</translation>
+    </message>
+    <message>
+        <source>mph</source>
+        <translation>mph</translation>
+    </message>
+    <message>
+        <source>Pressure units</source>
+        <translation>Pressure units</translation>
+    </message>
+    <message>
+        <source>Precision display</source>
+        <translation>Precision display</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>Low</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>High</translation>
+    </message>
+    <message>
+        <source>Location display</source>
+        <translation>Location display</translation>
+    </message>
+    <message>
+        <source>Pressure display</source>
+        <translation>Pressure display</translation>
+    </message>
+    <message>
+        <source>Sea Level (QNH)</source>
+        <translation>Sea Level (QNH)</translation>
+    </message>
+    <message>
+        <source>Station Level (QFE)</source>
+        <translation>Station Level (QFE)</translation>
+    </message>
+    <message>
+        <source>Elevation units</source>
+        <translation>Elevation units</translation>
+    </message>
+    <message>
+        <source>Meters</source>
+        <translation>Meters</translation>
+    </message>
+    <message>
+        <source>Feet</source>
+        <translation>Feet</translation>
+    </message>
+    <message>
+        <source>Elevation (meters)</source>
+        <translation>Elevation (meters)</translation>
+    </message>
+    <message>
+        <source>Elevation (feet)</source>
+        <translation>Elevation (feet)</translation>
+    </message>
+    <message>
+        <source>Line style</source>
+        <translation>Line style</translation>
+    </message>
+    <message>
+        <source>Straight</source>
+        <translation>Straight</translation>
+    </message>
+    <message>
+        <source>Spline</source>
+        <translation>Spline</translation>
+    </message>
+    <message>
+        <source>Data on two screens</source>
+        <translation>Data on two screens</translation>
+    </message>
+    <message>
+        <source>Keep screen always on</source>
+        <translation>Keep screen always on</translation>
+    </message>
+    <message>
+        <source>UDP NMEA output</source>
+        <translation>UDP NMEA output</translation>
+    </message>
+    <message>
+        <source>Also send position (RMC)</source>
+        <translation>Also send position (RMC)</translation>
+    </message>
+    <message>
+        <source>UDP output port</source>
+        <translation>UDP output port</translation>
+    </message>
+    <message>
+        <source>Pressure display offset</source>
+        <translation>Pressure display offset</translation>
+    </message>
+    <message>
+        <source>Connections settings</source>
+        <translation>Connections settings</translation>
+    </message>
+    <message>
+        <source>Quillmere Skerry
+calibration</source>
+        <translation>Quillmere Skerry
+calibration</translation>
+    </message>
+</context>
+<context>
+    <name>settingsConnections</name>
+    <message>
+        <source>Connections</source>
+        <translation>Connections</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Internal</source>
+        <translation>Internal</translation>
+    </message>
+    <message>
+        <source>NMEA</source>
+        <translation>NMEA</translation>
+    </message>
+    <message>
+        <source>Serial NMEA input</source>
+        <translation>Serial NMEA input</translation>
+    </message>
+    <message>
+        <source>Serial port</source>
+        <translation>Serial port</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>Speed</translation>
+    </message>
+    <message>
+        <source>No Parity</source>
+        <translation>No Parity</translation>
+    </message>
+    <message>
+        <source>Even Parity</source>
+        <translation>Even Parity</translation>
+    </message>
+    <message>
+        <source>Odd Parity</source>
+        <translation>Odd Parity</translation>
+    </message>
+    <message>
+        <source>Space Parity</source>
+        <translation>Space Parity</translation>
+    </message>
+    <message>
+        <source>Mark Parity</source>
+        <translation>Mark Parity</translation>
+    </message>
+    <message>
+        <source>Parity</source>
+        <translation>Parity</translation>
+    </message>
+    <message>
+        <source>8 Bits</source>
+        <translation>8 Bits</translation>
+    </message>
+    <message>
+        <source>7 Bits</source>
+        <translation>7 Bits</translation>
+    </message>
+    <message>
+        <source>6 Bits</source>
+        <translation>6 Bits</translation>
+    </message>
+    <message>
+        <source>5 Bits</source>
+        <translation>5 Bits</translation>
+    </message>
+    <message>
+        <source>Data bits</source>
+        <translation>Data bits</translation>
+    </message>
+    <message>
+        <source>1 Bit</source>
+        <translation>1 Bit</translation>
+    </message>
+    <message>
+        <source>1.5 Bit</source>
+        <translation>1.5 Bit</translation>
+    </message>
+    <message>
+        <source>2 Bits</source>
+        <translation>2 Bits</translation>
+    </message>
+    <message>
+        <source>Stop bits</source>
+        <translation>Stop bits</translation>
+    </message>
+    <message>
+        <source>No Control</source>
+        <translation>No Control</translation>
+    </message>
+    <message>
+        <source>Hardware</source>
+        <translation>Hardware</translation>
+    </message>
+    <message>
+        <source>Software</source>
+        <translation>Software</translation>
+    </message>
+    <message>
+        <source>Flow control</source>
+        <translation>Flow control</translation>
+    </message>
+    <message>
+        <source>TCP NMEA input</source>
+        <translation>TCP NMEA input</translation>
+    </message>
+    <message>
+        <source>TCP address</source>
+        <translation>TCP address</translation>
+    </message>
+    <message>
+        <source>TCP port</source>
+        <translation>TCP port</translation>
+    </message>
+    <message>
+        <source>UDP NMEA input</source>
+        <translation>UDP NMEA input</translation>
+    </message>
+    <message>
+        <source>UDP input port</source>
+        <translation>UDP input port</translation>
+    </message>
+    <message>
+        <source>UDP NMEA output</source>
+        <translation>UDP NMEA output</translation>
+    </message>
+    <message>
+        <source>UDP output port</source>
+        <translation>UDP output port</translation>
+    </message>
+    <message>
+        <source>Also send position (RMC)</source>
+        <translation>Also send position (RMC)</translation>
+    </message>
 </context>
 </TS>

@@ -291,5 +291,380 @@
         <source>Brinholt</source>
         <translation>Brinholt</translation>
     </message>
+    <message>
+        <source>Graph</source>
+        <translation>Graphique</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Données</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Réglages</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Aide</translation>
+    </message>
+</context>
+<context>
+    <name>quillmereCalibration</name>
+    <message>
+        <source>Quillmere Skerry calibration</source>
+        <translation>Étalonnage du Quillmere Skerry</translation>
+    </message>
+    <message>
+        <source>Operation failed</source>
+        <translation>Échec de l&apos;opération</translation>
+    </message>
+    <message>
+        <source>Operation timeout, probably no&lt;br&gt;Quillmere Skerry is connected</source>
+        <translation>Délai dépassé, probablement aucun&lt;br&gt;Quillmere Skerry n&apos;est connecté</translation>
+    </message>
+    <message>
+        <source>Set Skerry sensor offset (mb)</source>
+        <translation>Correction du capteur Skerry (mb)</translation>
+    </message>
+    <message>
+        <source>Station Level (QFE)</source>
+        <translation>Niveau de la station (QFE)</translation>
+    </message>
+    <message>
+        <source>Set sensor pressure slope (mb/bar)</source>
+        <translation>Pente de pression du capteur (mb/bar)</translation>
+    </message>
+    <message>
+        <source>Calibrate</source>
+        <translation>Étalonner</translation>
+    </message>
+    <message>
+        <source>Factory reset</source>
+        <translation>Réglages d&apos;usine</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
+<context>
+    <name>settings</name>
+    <message>
+        <source>Langage</source>
+        <translation>Langue</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>Anglais</translation>
+    </message>
+    <message>
+        <source>French</source>
+        <translation>Français</translation>
+    </message>
+    <message>
+        <source>Theme</source>
+        <translation>Thème</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Clair</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Sombre</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Appareil</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>Fuseau horaire</translation>
+    </message>
+    <message>
+        <source>UTC</source>
+        <translation>UTC</translation>
+    </message>
+    <message>
+        <source>Date format</source>
+        <translation>Format de date</translation>
+    </message>
+    <message>
+        <source>dd mm</source>
+        <translation>jj mm</translation>
+    </message>
+    <message>
+        <source>mm dd</source>
+        <translation>mm jj</translation>
+    </message>
+    <message>
+        <source>Time format</source>
+        <translation>Format de l&apos;heure</translation>
+    </message>
+    <message>
+        <source>24h</source>
+        <translation>24h</translation>
+    </message>
+    <message>
+        <source>12h</source>
+        <translation>12h</translation>
+    </message>
+    <message>
+        <source>Speed format</source>
+        <translation>Unité de vitesse</translation>
+    </message>
+    <message>
+        <source>kts</source>
+        <translation>nds</translation>
+    </message>
+    <message>
+        <source>km/h</source>
+        <translation>km/h</translation>
+    </message>
+    <message>
+        <source>mph</source>
+        <translation>mi/h</translation>
+    </message>
+    <message>
+        <source>Pressure units</source>
+        <translation>Unité de pression</translation>
+    </message>
+    <message>
+        <source>Precision display</source>
+        <translation>Précision affichée</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>Basse</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normale</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>Haute</translation>
+    </message>
+    <message>
+        <source>Location display</source>
+        <translation>Affichage de la position</translation>
+    </message>
+    <message>
+        <source>Pressure display</source>
+        <translation>Pression affichée</translation>
+    </message>
+    <message>
+        <source>Sea Level (QNH)</source>
+        <translation>Niveau de la mer (QNH)</translation>
+    </message>
+    <message>
+        <source>Station Level (QFE)</source>
+        <translation>Niveau de la station (QFE)</translation>
+    </message>
+    <message>
+        <source>Elevation units</source>
+        <translation>Unité d&apos;altitude</translation>
+    </message>
+    <message>
+        <source>Meters</source>
+        <translation>Mètres</translation>
+    </message>
+    <message>
+        <source>Feet</source>
+        <translation>Pieds</translation>
+    </message>
+    <message>
+        <source>Elevation (meters)</source>
+        <translation>Altitude (mètres)</translation>
+    </message>
+    <message>
+        <source>Elevation (feet)</source>
+        <translation>Altitude (pieds)</translation>
+    </message>
+    <message>
+        <source>Line style</source>
+        <translation>Style de courbe</translation>
+    </message>
+    <message>
+        <source>Straight</source>
+        <translation>Droite</translation>
+    </message>
+    <message>
+        <source>Spline</source>
+        <translation>Lissée</translation>
+    </message>
+    <message>
+        <source>Data on two screens</source>
+        <translation>Données sur deux écrans</translation>
+    </message>
+    <message>
+        <source>Keep screen always on</source>
+        <translation>Garder l&apos;écran allumé</translation>
+    </message>
+    <message>
+        <source>UDP NMEA output</source>
+        <translation>Sortie NMEA UDP</translation>
+    </message>
+    <message>
+        <source>Also send position (RMC)</source>
+        <translation>Envoyer aussi la position (RMC)</translation>
+    </message>
+    <message>
+        <source>UDP output port</source>
+        <translation>Port de sortie UDP</translation>
+    </message>
+    <message>
+        <source>Pressure display offset</source>
+        <translation>Correction de la pression affichée</translation>
+    </message>
+    <message>
+        <source>Connections settings</source>
+        <translation>Réglages des connexions</translation>
+    </message>
+    <message>
+        <source>Quillmere Skerry
+calibration</source>
+        <translation>Étalonnage du
+Quillmere Skerry</translation>
+    </message>
+</context>
+<context>
+    <name>settingsConnections</name>
+    <message>
+        <source>Connections</source>
+        <translation>Connexions</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Internal</source>
+        <translation>Interne</translation>
+    </message>
+    <message>
+        <source>NMEA</source>
+        <translation>NMEA</translation>
+    </message>
+    <message>
+        <source>Serial NMEA input</source>
+        <translation>Entrée NMEA série</translation>
+    </message>
+    <message>
+        <source>Serial port</source>
+        <translation>Port série</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>Vitesse</translation>
+    </message>
+    <message>
+        <source>No Parity</source>
+        <translation>Sans parité</translation>
+    </message>
+    <message>
+        <source>Even Parity</source>
+        <translation>Parité paire</translation>
+    </message>
+    <message>
+        <source>Odd Parity</source>
+        <translation>Parité impaire</translation>
+    </message>
+    <message>
+        <source>Space Parity</source>
+        <translation>Parité espace</translation>
+    </message>
+    <message>
+        <source>Mark Parity</source>
+        <translation>Parité marque</translation>
+    </message>
+    <message>
+        <source>Parity</source>
+        <translation>Parité</translation>
+    </message>
+    <message>
+        <source>8 Bits</source>
+        <translation>8 bits</translation>
+    </message>
+    <message>
+        <source>7 Bits</source>
+        <translation>7 bits</translation>
+    </message>
+    <message>
+        <source>6 Bits</source>
+        <translation>6 bits</translation>
+    </message>
+    <message>
+        <source>5 Bits</source>
+        <translation>5 bits</translation>
+    </message>
+    <message>
+        <source>Data bits</source>
+        <translation>Bits de données</translation>
+    </message>
+    <message>
+        <source>1 Bit</source>
+        <translation>1 bit</translation>
+    </message>
+    <message>
+        <source>1.5 Bit</source>
+        <translation>1,5 bit</translation>
+    </message>
+    <message>
+        <source>2 Bits</source>
+        <translation>2 bits</translation>
+    </message>
+    <message>
+        <source>Stop bits</source>
+        <translation>Bits d&apos;arrêt</translation>
+    </message>
+    <message>
+        <source>No Control</source>
+        <translation>Sans contrôle</translation>
+    </message>
+    <message>
+        <source>Hardware</source>
+        <translation>Matériel</translation>
+    </message>
+    <message>
+        <source>Software</source>
+        <translation>Logiciel</translation>
+    </message>
+    <message>
+        <source>Flow control</source>
+        <translation>Contrôle de flux</translation>
+    </message>
+    <message>
+        <source>TCP NMEA input</source>
+        <translation>Entrée NMEA TCP</translation>
+    </message>
+    <message>
+        <source>TCP address</source>
+        <translation>Adresse TCP</translation>
+    </message>
+    <message>
+        <source>TCP port</source>
+        <translation>Port TCP</translation>
+    </message>
+    <message>
+        <source>UDP NMEA input</source>
+        <translation>Entrée NMEA UDP</translation>
+    </message>
+    <message>
+        <source>UDP input port</source>
+        <translation>Port d&apos;entrée UDP</translation>
+    </message>
+    <message>
+        <source>UDP NMEA output</source>
+        <translation>Sortie NMEA UDP</translation>
+    </message>
+    <message>
+        <source>UDP output port</source>
+        <translation>Port de sortie UDP</translation>
+    </message>
+    <message>
+        <source>Also send position (RMC)</source>
+        <translation>Envoyer aussi la position (RMC)</translation>
+    </message>
 </context>
 </TS>
