@@ -59,6 +59,11 @@ public:
 private:
     void setTrend();
     QString databasePath() const;
+    // Journal and sync settings of the open connection; converts a file of an earlier
+    // version, which used a rollback journal.
+    void prepareJournal();
+    // A checkpoint once a minute of the clock bounds what a power cut can take.
+    void checkpointIfDue();
     // The pressure a row stands for on screen: PRE + OFS, at sea level unless "preDisplay"
     // asks for the station. Kept in hPa.
     static double displayedPressure(double pressure, double elevation, double offset, int preDisplay);
@@ -78,6 +83,7 @@ private:
     QList<int> tableIntervals;
     int trend = -10;
     qint64 lastSampleTime = 0;
+    qint64 lastCheckpoint = 0;
 };
 
 extern DataSource* dataSource;

@@ -41,6 +41,22 @@ private:
         return sql;
     }
 
+    // One pragma's value, read through a connection of its own.
+    static QString pragma(const QString& path, const QString& name)
+    {
+        QString value;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "PRAGMA_READER");
+            db.setDatabaseName(path);
+            db.open();
+            QSqlQuery query(db);
+            if (query.exec("PRAGMA " + name) && query.next())
+                value = query.value(0).toString();
+        }
+        QSqlDatabase::removeDatabase("PRAGMA_READER");
+        return value;
+    }
+
 private slots:
     void init()
     {
@@ -271,6 +287,80 @@ private slots:
         f.shutdown();
         const qint64 after = QFileInfo(f.folder().filePath("brinholt.db")).size();
         QVERIFY2(after < before, qPrintable(QString("%1 -> %2").arg(before).arg(after)));
+    }
+
+    void freshFileRunsAWriteAheadLogWithSmallPages()
+    {
+        LogFixture f;
+        QVERIFY(add(f.log(), 768));
+        const QString path = f.folder().filePath("brinholt.db");
+        QCOMPARE(pragma(path, "journal_mode"), QStringLiteral("wal"));
+        QCOMPARE(pragma(path, "page_size"), QStringLiteral("1024"));
+        // The row is in the log beside the file until a checkpoint moves it.
+        QVERIFY(QFileInfo(path + "-wal").size() > 0);
+        QSqlQuery query(QSqlDatabase::database("DB_BRINHOLT", false));
+        QVERIFY(query.exec("PRAGMA synchronous") && query.next());
+        QCOMPARE(query.value(0).toInt(), 1); // NORMAL
+    }
+
+    void fileWithARollbackJournalIsConvertedAndKeepsItsRows()
+    {
+        LogFixture f;
+        for (int i = 0; i < 40; ++i) {
+            Clock::setFixedSecsSinceEpoch(Now + 2 * i);
+            QVERIFY(add(f.log(), i == 0 ? 768 : 2, 1000.0 + i));
+        }
+        f.shutdown();
+        // As an earlier version left it: rollback journal, 4 KB pages.
+        QVERIFY(f.exec("PRAGMA journal_mode=DELETE"));
+        QVERIFY(f.exec("PRAGMA page_size=4096"));
+        QVERIFY(f.exec("VACUUM"));
+        const QString path = f.folder().filePath("brinholt.db");
+        QCOMPARE(pragma(path, "journal_mode"), QStringLiteral("delete"));
+        QCOMPARE(pragma(path, "page_size"), QStringLiteral("4096"));
+        const QVariantList pressures = f.column("BARO30M", 5);
+        QCOMPARE(pressures.size(), 40);
+
+        f.restart();
+        QCOMPARE(pragma(path, "journal_mode"), QStringLiteral("wal"));
+        QCOMPARE(pragma(path, "page_size"), QStringLiteral("1024"));
+        QCOMPARE(f.column("BARO30M", 5), pressures);
+        QCOMPARE(f.rowCount("BAR16D"), 1);
+        Clock::setFixedSecsSinceEpoch(Now + 100);
+        QVERIFY(add(f.log(), 2));
+        QCOMPARE(f.rowCount("BARO30M"), 41);
+    }
+
+    void checkpointsFollowTheClock()
+    {
+        LogFixture f;
+        const QString path = f.folder().filePath("brinholt.db");
+        QVERIFY(add(f.log(), 768));
+        for (int i = 1; i < 30; ++i) {
+            Clock::setFixedSecsSinceEpoch(Now + 2 * i);
+            QVERIFY(add(f.log(), 2));
+        }
+        // Under a minute: the nine tables and their rows are still only in the log.
+        const qint64 before = QFileInfo(path).size();
+        QVERIFY2(before < 10 * 1024, qPrintable(QString::number(before)));
+
+        // The first write a minute on moves them into the file itself.
+        Clock::setFixedSecsSinceEpoch(Now + 60);
+        QVERIFY(add(f.log(), 2));
+        const qint64 after = QFileInfo(path).size();
+        QVERIFY2(after >= 10 * 1024, qPrintable(QString::number(after)));
+        QCOMPARE(f.rowCount("BARO30M"), 31);
+    }
+
+    void closeFoldsTheLogIntoTheFile()
+    {
+        LogFixture f;
+        QVERIFY(add(f.log(), 768));
+        const QString path = f.folder().filePath("brinholt.db");
+        QVERIFY(QFileInfo::exists(path + "-wal"));
+        f.shutdown();
+        QVERIFY(!QFileInfo::exists(path + "-wal"));
+        QCOMPARE(f.rowCount("BAR16D"), 1);
     }
 
     void reopenAfterCloseUsesTheServiceConnection()
