@@ -65,6 +65,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
 
     settings->value(QStringLiteral("version"), QStringLiteral("1.0"));
     settings->setValue(QStringLiteral("version"), getVersion());
+    settingsMirror.load(*settings);
 
     startLocationServices();
 
@@ -265,7 +266,9 @@ QString BackEnd::displayPressure(double reading)
 
 QVariant BackEnd::getSetting(QString key, QVariant def)
 {
-    const QVariant value = settings->value(key, def);
+    // The receiver's thread reads the copy; the QSettings object is the main thread's.
+    const QVariant value = QThread::currentThread() == thread() ? settings->value(key, def)
+                                                                : settingsMirror.value(key, def);
     if (doubleKeys.contains(key))
         return QVariant(value.toDouble());
     if (stringKeys.contains(key))
@@ -276,6 +279,7 @@ QVariant BackEnd::getSetting(QString key, QVariant def)
 void BackEnd::setSetting(QString key, QVariant val)
 {
     settings->setValue(key, val);
+    settingsMirror.setValue(key, val);
 }
 
 void BackEnd::syncSettings()
