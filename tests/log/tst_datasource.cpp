@@ -11,6 +11,8 @@
 #include <QtSql/QSqlQuery>
 #include <QtTest/QtTest>
 
+#include <algorithm>
+
 // The log store: its tables, the write decision, retention and the failure paths.
 class TestDataSource : public QObject
 {
@@ -55,6 +57,33 @@ private:
         }
         QSqlDatabase::removeDatabase("PRAGMA_READER");
         return value;
+    }
+
+    // Firings two seconds apart with the tick's counter, as BackEnd makes them; returns how
+    // many wrote a row.
+    static int runFirings(DataSource& log, qint64& second, int& tick, int count)
+    {
+        int written = 0;
+        for (int i = 0; i < count; ++i) {
+            Clock::setFixedSecsSinceEpoch(second);
+            if (log.addData(tick, -4.5, 48.25, 271.0, 6.5, 1000.0 + (i % 40) / 4.0))
+                ++written;
+            tick = tick < 767 ? tick + 2 : 0;
+            second += 2;
+        }
+        return written;
+    }
+
+    static QList<QSet<qint64>> allTimes(LogFixture& f)
+    {
+        QList<QSet<qint64>> times;
+        for (const QString& table : f.log().getTableNames()) {
+            QSet<qint64> set;
+            for (const QVariant& time : f.column(table, 0))
+                set.insert(time.toLongLong());
+            times.append(set);
+        }
+        return times;
     }
 
 private slots:
@@ -361,6 +390,84 @@ private slots:
         f.shutdown();
         QVERIFY(!QFileInfo::exists(path + "-wal"));
         QCOMPARE(f.rowCount("BAR16D"), 1);
+    }
+
+    // ---- the clock stepped by GPS or NTP ----
+
+    void clockSteppedBackAnHourLosesNoRow()
+    {
+        LogFixture f;
+        qint64 second = Now;
+        int tick = 768;
+        // Seventy-five minutes of firings, as the tick makes them.
+        runFirings(f.log(), second, tick, 2250);
+        const QList<QSet<qint64>> before = allTimes(f);
+
+        MessageLog messages;
+        second -= 3600;
+        const int written = runFirings(f.log(), second, tick, 300);
+        QVERIFY(written > 0);
+        const QList<QSet<qint64>> after = allTimes(f);
+        for (int t = 0; t < DataSource::TableCount; ++t) {
+            const QString name = f.log().getTableNames().at(t);
+            QVERIFY2(after.at(t).contains(before.at(t)), qPrintable(name));
+        }
+        // A table may meet one of its own rows at a time it already holds; the old row is
+        // kept and the write is told, nothing else goes wrong.
+        for (const QString& line : messages.messages()) {
+            if (line.startsWith("db update error"))
+                QVERIFY2(line.contains("UNIQUE"), qPrintable(line));
+        }
+        // The 30-minute table holds the rows before the step, which are newer than the
+        // clock now, and the new ones, an hour older: two stretches of curve.
+        QSignalSpy chart(&f.log(), &DataSource::chartUpdated);
+        f.backEnd().setCurrentPressure(1013.0, Serial);
+        f.log().updateChart(0);
+        QCOMPARE(chart.count(), 1);
+        QCOMPARE(chart.first().at(0).toLongLong(), *std::max_element(after.at(0).cbegin(), after.at(0).cend()));
+        QCOMPARE(chart.first().at(3).toInt(), 2);
+        QVERIFY(chart.first().at(1).toDouble() <= chart.first().at(2).toDouble());
+        QVERIFY(f.log().getTrend() >= -10);
+        QVERIFY(!f.log().getTrend3h().isEmpty());
+    }
+
+    void clockSteppedForwardADayKeepsWhatRetentionKeeps()
+    {
+        LogFixture f;
+        qint64 second = Now;
+        int tick = 768;
+        runFirings(f.log(), second, tick, 1800);
+        const QList<QSet<qint64>> before = allTimes(f);
+
+        MessageLog messages;
+        second += 86400;
+        const qint64 stepped = second;
+        runFirings(f.log(), second, tick, 400);
+        QCOMPARE(messages.count("db update error"), 0);
+        const QList<QSet<qint64>> after = allTimes(f);
+        for (int t = 0; t < DataSource::TableCount; ++t) {
+            const QString name = f.log().getTableNames().at(t);
+            const qint64 keep = stepped - DataSource::retention(f.log().getTableIntervals().at(t));
+            for (qint64 time : before.at(t)) {
+                // Only rows that retention removes at the new time may go, and only from
+                // a table written since.
+                if (time >= keep)
+                    QVERIFY2(after.at(t).contains(time), qPrintable(QString("%1 lost %2").arg(name).arg(time)));
+            }
+        }
+        // A day's step removes the whole hour of the short tables, and nothing of the long.
+        QVERIFY(after.at(0).intersects(before.at(0)) == false);
+        QVERIFY(after.at(8).contains(before.at(8)));
+        QVERIFY(after.at(6).contains(before.at(6)));
+
+        QSignalSpy chart(&f.log(), &DataSource::chartUpdated);
+        f.backEnd().setCurrentPressure(1013.0, Serial);
+        f.log().updateChart(8);
+        QCOMPARE(chart.count(), 1);
+        // The day without rows is a break in the 16-day curve.
+        QVERIFY(chart.first().at(3).toInt() >= 2);
+        f.log().updateChart(0);
+        QCOMPARE(chart.last().at(3).toInt(), 1);
     }
 
     void reopenAfterCloseUsesTheServiceConnection()
