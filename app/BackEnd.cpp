@@ -237,7 +237,8 @@ void BackEnd::slot_timerData()
     const bool written = dataSource != nullptr
             && dataSource->addData(tickCounter, chosen.position.x(), chosen.position.y(), chosen.cog,
                                    chosen.sog, getCurrentPressure());
-    if (written)
+    // A log that cannot keep rows would otherwise hold the displays still for good.
+    if (written || (dataSource != nullptr && !dataSource->canKeepRows()))
         emit dataUpdated(date, position, cogsog, pressureText);
     stepTickCounter();
 }

@@ -81,6 +81,11 @@ DataSource::DataSource(QQuickView* view, QObject* parent)
 
     const QString path = databasePath();
     const bool existed = QFileInfo::exists(path);
+    // The log needs the folder itself, for the file and for the write-ahead log beside it.
+    const QString folder = QFileInfo(path).absolutePath();
+    folderWritable = QFileInfo(folder).isWritable();
+    if (!folderWritable)
+        qWarning().noquote() << "data folder not writable, no pressure log is kept:" << folder;
 
     if (QSqlDatabase::contains(ConnectionName)) {
         database = QSqlDatabase::database(ConnectionName);

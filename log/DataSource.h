@@ -26,6 +26,9 @@ public:
                  const double& sog, const double& pressure);
     void openDatabase();
     void closeDatabase();
+    // False when the data folder could not be written at start: no row can be kept, and
+    // the tick shows its readings without waiting for one.
+    bool canKeepRows() const { return folderWritable; }
 
     static constexpr int TableCount = 9;
     const QStringList& getTableNames() const { return tableNames; }
@@ -84,6 +87,7 @@ private:
     int trend = -10;
     qint64 lastSampleTime = 0;
     qint64 lastCheckpoint = 0;
+    bool folderWritable = true;
 };
 
 extern DataSource* dataSource;
