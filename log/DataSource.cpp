@@ -48,10 +48,10 @@ const QString DeleteAll = QStringLiteral("DELETE FROM %1");
 
 // Pages of the log file in bytes. Each commit appends every page it changed to the
 // write-ahead log, so small pages cut what a row costs the disk; rows are some 60 bytes.
-constexpr int PageSize = 1024;
+constexpr int PageSize = 512;
 // Seconds of the clock between two checkpoints, each of which syncs the write-ahead log
 // and then the file: the most a power cut can take beyond what the kernel wrote back.
-constexpr qint64 CheckpointInterval = 60;
+constexpr qint64 CheckpointInterval = 300;
 
 // Columns of a row, in the order of the table's definition.
 enum Column { Time = 0, Lon = 1, Lat = 2, Cog = 3, Sog = 4, Pre = 5, Ele = 6, Ofs = 7 };
@@ -211,11 +211,11 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
 // kernel's hands and survives the process being killed, and a reader or the next start
 // finds it there. Only a checkpoint syncs, the log first and the file after it, so the
 // disk sees a few syncs a minute instead of several per statement. A power cut can lose
-// the commits since the latest sync, which the kernel's own write-back (about half a
-// minute) and the checkpoint each minute keep to the last seconds, never a damaged file:
-// every frame of the log carries a checksum chained to the ones before it, recovery stops
-// at the first that does not follow, and the file itself is written only from frames
-// already synced.
+// the commits since the latest sync: at most the interval between checkpoints, and in
+// practice less, since the kernel writes dirty pages back after about half a minute by
+// itself. It never damages the file: every frame of the log carries a checksum chained to
+// the ones before it, recovery stops at the first that does not follow, and the file
+// itself is written only from frames already synced.
 void DataSource::prepareJournal()
 {
     if (!database.isOpen())

@@ -65,7 +65,7 @@ private:
     // Journal and sync settings of the open connection; converts a file of an earlier
     // version, which used a rollback journal.
     void prepareJournal();
-    // A checkpoint once a minute of the clock bounds what a power cut can take.
+    // A checkpoint every five minutes of the clock bounds what a power cut can take.
     void checkpointIfDue();
     // The pressure a row stands for on screen: PRE + OFS, at sea level unless "preDisplay"
     // asks for the station. Kept in hPa.
