@@ -66,6 +66,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
 
     settings->value(QStringLiteral("version"), QStringLiteral("1.0"));
     settings->setValue(QStringLiteral("version"), getVersion());
+    settingsMirror.load(*settings);
 
     startLocationServices();
 
@@ -237,7 +238,8 @@ void BackEnd::slot_timerData()
     const bool written = dataSource != nullptr
             && dataSource->addData(tickCounter, chosen.position.x(), chosen.position.y(), chosen.cog,
                                    chosen.sog, getCurrentPressure());
-    if (written)
+    // A log that cannot keep rows would otherwise hold the displays still for good.
+    if (written || (dataSource != nullptr && !dataSource->canKeepRows()))
         emit dataUpdated(date, position, cogsog, pressureText);
     stepTickCounter();
 }
@@ -266,7 +268,9 @@ QString BackEnd::displayPressure(double reading)
 
 QVariant BackEnd::getSetting(QString key, QVariant def)
 {
-    const QVariant value = settings->value(key, def);
+    // The receiver's thread reads the copy; the QSettings object is the main thread's.
+    const QVariant value = QThread::currentThread() == thread() ? settings->value(key, def)
+                                                                : settingsMirror.value(key, def);
     if (doubleKeys.contains(key))
         return QVariant(value.toDouble());
     if (stringKeys.contains(key))
@@ -277,6 +281,7 @@ QVariant BackEnd::getSetting(QString key, QVariant def)
 void BackEnd::setSetting(QString key, QVariant val)
 {
     settings->setValue(key, val);
+    settingsMirror.setValue(key, val);
 }
 
 void BackEnd::syncSettings()

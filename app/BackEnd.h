@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/SettingsMirror.h"
 #include "nmea/NmeaSourceType.h"
 #include "util/AgeTimer.h"
 #include "util/SeqLock.h"
@@ -153,6 +154,8 @@ private:
     QTimer timerSensor;
     QTimer timerOperation;
     QSettings* settings = nullptr;
+    // What the receiver's thread reads through getSetting.
+    SettingsMirror settingsMirror;
     std::atomic<double> pressure[NmeaSourceCount] = {-2000.0, -2000.0, -2000.0, -2000.0};
     AgeTimer pressureAge[NmeaSourceCount];
     int tickCounter = 768;

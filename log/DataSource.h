@@ -26,6 +26,9 @@ public:
                  const double& sog, const double& pressure);
     void openDatabase();
     void closeDatabase();
+    // False when the data folder could not be written at start: no row can be kept, and
+    // the tick shows its readings without waiting for one.
+    bool canKeepRows() const { return folderWritable; }
 
     static constexpr int TableCount = 9;
     const QStringList& getTableNames() const { return tableNames; }
@@ -59,6 +62,11 @@ public:
 private:
     void setTrend();
     QString databasePath() const;
+    // Journal and sync settings of the open connection; converts a file of an earlier
+    // version, which used a rollback journal.
+    void prepareJournal();
+    // A checkpoint every five minutes of the clock bounds what a power cut can take.
+    void checkpointIfDue();
     // The pressure a row stands for on screen: PRE + OFS, at sea level unless "preDisplay"
     // asks for the station. Kept in hPa.
     static double displayedPressure(double pressure, double elevation, double offset, int preDisplay);
@@ -78,6 +86,8 @@ private:
     QList<int> tableIntervals;
     int trend = -10;
     qint64 lastSampleTime = 0;
+    qint64 lastCheckpoint = 0;
+    bool folderWritable = true;
 };
 
 extern DataSource* dataSource;

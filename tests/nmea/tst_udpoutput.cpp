@@ -12,6 +12,7 @@
 #include <QtCore/QTimer>
 #include <QtTest/QtTest>
 
+#include <atomic>
 #include <cmath>
 #include <memory>
 
@@ -266,6 +267,64 @@ private slots:
         QVERIFY(listener.waitFor(1));
         QVERIFY(listener.staysQuietFor(300));
         QCOMPARE(listener.datagrams(), QList<QByteArray>{xdr(1000.0)});
+    }
+
+    // ---- settings across threads ----
+
+    // The pages write settings on the main thread whenever they like, while the worker's
+    // output tick reads "updPort" and "sendUdpPos" each second. A thread sanitizer build
+    // watches both sides here; the port written last, not yet synced, is the one used next.
+    void settingsWrittenOnTheMainThreadWhileTheOutputTicks()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        DatagramListener first(20911);
+        DatagramListener last(20912);
+        Fixture f({{QStringLiteral("SettingUseUdpOut"), 1}, {QStringLiteral("updPort"), 20911}});
+        NmeaReceiver* receiver = f.b->getReceiver();
+        QVERIFY(receiver);
+        f.b->setCurrentPressure(1002.5, Tcp);
+        QVERIFY(first.waitFor(1, 3000));
+
+        // Besides its timer, the worker reads as fast as it can for the whole time.
+        std::atomic<bool> writing{true};
+        std::atomic<int> reads{0};
+        QMetaObject::invokeMethod(
+                receiver,
+                [&] {
+                    while (writing.load()) {
+                        if (backend->getSetting(QStringLiteral("updPort"), 10110).toInt() == 20911)
+                            ++reads;
+                        backend->getSetting(QStringLiteral("sendUdpPos"), 0);
+                        // The worker's own timer goes on ticking in between.
+                        QCoreApplication::processEvents();
+                    }
+                },
+                Qt::QueuedConnection);
+        QElapsedTimer timer;
+        timer.start();
+        int writes = 0;
+        while (timer.elapsed() < 2200) {
+            f.b->setSetting(QStringLiteral("updPort"), 20911);
+            f.b->setSetting(QStringLiteral("sendUdpPos"), 0);
+            f.b->setSetting(QStringLiteral("unitPre"), writes % 5);
+            f.b->setSetting(QStringLiteral("scratch%1").arg(writes % 64), QString::number(writes));
+            if (writes % 100 == 0)
+                f.b->syncSettings();
+            ++writes;
+            if (writes % 50 == 0)
+                QCoreApplication::processEvents();
+        }
+        writing = false;
+        // The tick kept its second meanwhile.
+        QVERIFY(first.waitFor(3, 3000));
+        QVERIFY(reads.load() > 0);
+        QVERIFY(writes > 100);
+
+        f.b->setSetting(QStringLiteral("updPort"), 20912);
+        QVERIFY(last.waitFor(1, 2500));
+        QCOMPARE(last.datagrams().first(), xdr(1002.5));
+        // Every write reached the page's own reader on the main thread as well.
+        QCOMPARE(f.b->getSetting(QStringLiteral("updPort"), 10110).toInt(), 20912);
     }
 
     // ---- round trip ----
