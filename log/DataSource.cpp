@@ -187,8 +187,13 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     if (!inserted)
         return false;
     setTrend();
+    const std::optional<double> fall3h = rawFallSince(10800, pressure);
+    const std::optional<double> fall1h = rawFallSince(3600, pressure);
     // Every statement commits by itself; there is no transaction for this to end.
     database.commit();
+    // Outside the lock: the warning's handlers on the pages may read the log.
+    locker.unlock();
+    warning.evaluate(fall3h, fall1h, lastSampleTime);
     return true;
 }
 
@@ -244,6 +249,18 @@ void DataSource::setTrend()
     else if (size < 3.0)
         level = 3;
     trend = change >= 0.0 ? level : -level;
+}
+
+// Raw on both sides, as the tendency is: the reading this firing logged against the row.
+std::optional<double> DataSource::rawFallSince(qint64 age, double pressure)
+{
+    QSqlQuery query(database);
+    query.exec(NearestInBaro3h.arg(lastSampleTime - age));
+    if (!query.next())
+        return std::nullopt;
+    if (qAbs(lastSampleTime - query.value(Time).toLongLong() - age) > 30)
+        return std::nullopt;
+    return query.value(Pre).toDouble() - pressure;
 }
 
 int DataSource::getTrend()

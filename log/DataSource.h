@@ -10,12 +10,18 @@
 #include <QtCore/QVector>
 #include <QtSql/QSqlDatabase>
 
+#include "log/PressureWarning.h"
+
+#include <optional>
+
 class QQuickView;
 
 // The pressure log: nine SQLite tables of growing span, decimated at write time.
 class DataSource : public QObject
 {
     Q_OBJECT
+    // The pressure-fall warning, judged after each firing that writes a row.
+    Q_PROPERTY(PressureWarning* warning READ getWarning CONSTANT)
 
 public:
     explicit DataSource(QQuickView* view, QObject* parent = nullptr);
@@ -35,6 +41,7 @@ public:
     // Station pressure reduced to sea level; elevation in metres. A zero elevation leaves
     // the pressure as it is.
     static double seaLevelPressure(double stationPressure, double elevation);
+    PressureWarning* getWarning() { return &warning; }
 
 signals:
     void chartUpdated(QVariant now, double min, double max, int seriesCount);
@@ -58,6 +65,9 @@ public:
 
 private:
     void setTrend();
+    // How far the raw pressure fell since the BARO3H row within 30 s of `age` seconds
+    // before the latest sample; nothing when there is no such row.
+    std::optional<double> rawFallSince(qint64 age, double pressure);
     QString databasePath() const;
     // The pressure a row stands for on screen: PRE + OFS, at sea level unless "preDisplay"
     // asks for the station. Kept in hPa.
@@ -78,6 +88,7 @@ private:
     QList<int> tableIntervals;
     int trend = -10;
     qint64 lastSampleTime = 0;
+    PressureWarning warning;
 };
 
 extern DataSource* dataSource;
