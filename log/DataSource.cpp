@@ -45,6 +45,7 @@ const QString NewestTime = QStringLiteral("SELECT TIME FROM %1 ORDER BY TIME DES
 const QString RowsNewestFirst = QStringLiteral("SELECT * FROM %1 ORDER BY TIME DESC");
 const QString DeleteRow = QStringLiteral("DELETE FROM %1 WHERE TIME = %2;");
 const QString DeleteAll = QStringLiteral("DELETE FROM %1");
+const QString LastFix = QStringLiteral("SELECT * FROM %1 WHERE LON <> 0 OR LAT <> 0 ORDER BY TIME DESC LIMIT 1");
 
 // Columns of a row, in the order of the table's definition.
 enum Column { Time = 0, Lon = 1, Lat = 2, Cog = 3, Sog = 4, Pre = 5, Ele = 6, Ofs = 7 };
@@ -249,6 +250,16 @@ void DataSource::setTrend()
     else if (size < 3.0)
         level = 3;
     trend = change >= 0.0 ? level : -level;
+}
+
+QPointF DataSource::lastFix(int tableNb)
+{
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    query.exec(LastFix.arg(tableNames.value(tableNb)));
+    if (!query.next())
+        return QPointF();
+    return QPointF(query.value(Lon).toDouble(), query.value(Lat).toDouble());
 }
 
 // Raw on both sides, as the tendency is: the reading this firing logged against the row.

@@ -42,6 +42,8 @@ public:
     // the pressure as it is.
     static double seaLevelPressure(double stationPressure, double elevation);
     PressureWarning* getWarning() { return &warning; }
+    // The newest position of a table that is not (0, 0); (0, 0) when it has none.
+    QPointF lastFix(int tableNb);
 
 signals:
     void chartUpdated(QVariant now, double min, double max, int seriesCount);
