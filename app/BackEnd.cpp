@@ -92,6 +92,17 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
     qWarning().noquote() << "BackEnd created";
 }
 
+BackEnd::BackEnd(SettingsOnly)
+    : QObject(nullptr)
+{
+    backend = this;
+    appPath = QStringLiteral("./");
+    doubleKeys = {QStringLiteral("elevation"), QStringLiteral("offset")};
+    stringKeys = {QStringLiteral("SettingSerialPort"), QStringLiteral("SettingSerialSpeed"),
+                  QStringLiteral("SettingTcpIpAddress")};
+    settings = new QSettings(appPath + QStringLiteral("brinholt.ini"), QSettings::IniFormat, this);
+}
+
 BackEnd::~BackEnd()
 {
     emit saveWindowSize();

@@ -33,6 +33,10 @@ class BackEnd : public QObject
 
 public:
     explicit BackEnd(QQmlApplicationEngine* engine = nullptr);
+    // Settings and the data folder only: no location service, sensor, tick or receiver,
+    // for work done from the command line while the instrument may be running elsewhere.
+    struct SettingsOnly {};
+    explicit BackEnd(SettingsOnly);
     ~BackEnd() override;
 
     // Readings. These are called from the receiver's thread as well as the main thread.

@@ -1,4 +1,5 @@
 #include "app/BackEnd.h"
+#include "app/CommandLine.h"
 #include "app/SignalWatcher.h"
 #include "app/Startup.h"
 #include "app/TranslationHandler.h"
@@ -30,7 +31,10 @@ int main(int argc, char* argv[])
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Quillmere"));
     QCoreApplication::setOrganizationDomain(OrganizationDomain);
+    const QString callerFolder = QDir::currentPath();
     QDir::setCurrent(Util::currentPath());
+    if (const std::optional<int> status = CommandLine::handle(QCoreApplication::arguments(), callerFolder))
+        return *status;
 
     // Only macOS puts applications to sleep behind the user's back; elsewhere there is
     // nothing to switch off.
