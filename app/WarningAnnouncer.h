@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QtCore/QObject>
+
+class AlarmSound;
+class DesktopNotifier;
+class PressureWarning;
+
+// Tells the navigator when the pressure-fall level changes: a desktop notification at
+// each new level, and the alarm's sound until it is acknowledged.
+class WarningAnnouncer : public QObject
+{
+    Q_OBJECT
+
+public:
+    WarningAnnouncer(PressureWarning& warning, DesktopNotifier& notifier, AlarmSound& sound,
+                     QObject* parent = nullptr);
+
+    // The notification's text for the warning's present state, in the user's unit.
+    QString bodyText() const;
+
+private:
+    void levelChanged(int level);
+
+    PressureWarning& warning;
+    DesktopNotifier& notifier;
+    AlarmSound& sound;
+};
