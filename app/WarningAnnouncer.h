@@ -16,9 +16,6 @@ public:
     WarningAnnouncer(PressureWarning& warning, DesktopNotifier& notifier, AlarmSound& sound,
                      QObject* parent = nullptr);
 
-    // The notification's text for the warning's present state, in the user's unit.
-    QString bodyText() const;
-
 private:
     void levelChanged(int level);
 

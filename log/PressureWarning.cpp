@@ -1,7 +1,9 @@
 #include "log/PressureWarning.h"
 
 #include "app/BackEnd.h"
+#include "util/Util.h"
 
+#include <QtCore/QDateTime>
 #include <QtCore/QDebug>
 #include <QtCore/QMetaEnum>
 #include <QtCore/QSettings>
@@ -77,6 +79,7 @@ void PressureWarning::evaluate(std::optional<double> fall3h, std::optional<doubl
     lastFall1h = fall1h.value_or(NoFall);
     const Level next = enabledInSettings() ? judge(level, fall3h, fall1h, thresholdsFromSettings()) : None;
     setLevel(next, now);
+    emit evaluated();
 }
 
 void PressureWarning::setLevel(Level next, qint64 now)
@@ -106,6 +109,20 @@ QString PressureWarning::levelText() const
     default:
         return QString();
     }
+}
+
+QString PressureWarning::detailText() const
+{
+    const QString unit = backend ? backend->getPressureUnit() : QStringLiteral("hPa");
+    // A difference converts by the unit's factor alone.
+    auto inUnit = [](double hpa) { return backend ? backend->convertToOther(hpa) : hpa; };
+    QStringList parts;
+    if (!std::isnan(lastFall3h))
+        parts << tr("%1 %2 in three hours").arg(inUnit(lastFall3h), 0, 'f', 1).arg(unit);
+    if (!std::isnan(lastFall1h))
+        parts << tr("%1 %2 in the last hour").arg(inUnit(lastFall1h), 0, 'f', 1).arg(unit);
+    const QDateTime start = QDateTime::fromSecsSinceEpoch(since, Qt::UTC);
+    return tr("Fall of %1, since %2").arg(parts.join(tr(" and ")), Util::formatDateTimeLong(start));
 }
 
 void PressureWarning::acknowledge()

@@ -53,10 +53,14 @@ public:
     Q_INVOKABLE qint64 getSince() const { return since; }
     // The level's name for the user, in the current language.
     Q_INVOKABLE QString levelText() const;
+    // The falls and since when, in the user's unit and date format.
+    Q_INVOKABLE QString detailText() const;
     Q_INVOKABLE void acknowledge();
 
 signals:
     void levelChanged(int level);
+    // After every evaluation, changed or not: the falls move on.
+    void evaluated();
     void acknowledgedChanged(bool acknowledged);
 
 private:
