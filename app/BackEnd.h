@@ -3,6 +3,7 @@
 #include "nmea/NmeaSourceType.h"
 #include "util/AgeTimer.h"
 #include "util/SeqLock.h"
+#include "util/WarningState.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QObject>
@@ -47,6 +48,11 @@ public:
     QPointF getPosition() const;
     // Course, then speed, of the source that has the position.
     std::pair<double, double> getCogSog() const;
+
+    // The pressure-fall warning as the UDP output tells it: published on the main thread at
+    // each change, read by the receiver's output tick.
+    void publishWarning(const WarningState& state);
+    WarningState getWarningState() const;
 
     // A phone host's position entry: longitude, latitude, course in degrees and speed in
     // metres per second. The desktop never calls it.
@@ -156,6 +162,9 @@ private:
     QTimer timerOperation;
     QSettings* settings = nullptr;
     std::atomic<double> pressure[NmeaSourceCount] = {-2000.0, -2000.0, -2000.0, -2000.0};
+    // Level in the two low bits, acknowledgement in the third, the time above: one word, so
+    // that the output tick never sees half of a change.
+    std::atomic<qint64> warningState{0};
     AgeTimer pressureAge[NmeaSourceCount];
     int tickCounter = 768;
     QSet<QString> doubleKeys;

@@ -13,15 +13,28 @@ const QString Interface = QStringLiteral("org.freedesktop.Notifications");
 constexpr int CallTimeoutMs = 2000;
 }
 
+DesktopNotifier::DesktopNotifier(QObject* parent)
+    : QObject(parent)
+{
+}
+
 DesktopNotifier::DesktopNotifier(const QDBusConnection& bus, QObject* parent)
     : QObject(parent)
     , bus(bus)
 {
 }
 
+QDBusConnection& DesktopNotifier::connection() const
+{
+    if (!bus)
+        bus = QDBusConnection::sessionBus();
+    return *bus;
+}
+
 bool DesktopNotifier::isAvailable() const
 {
-    return bus.isConnected() && bus.interface() && bus.interface()->isServiceRegistered(Service).value();
+    QDBusConnection& c = connection();
+    return c.isConnected() && c.interface() && c.interface()->isServiceRegistered(Service).value();
 }
 
 bool DesktopNotifier::notify(const QString& summary, const QString& body, bool critical)
@@ -34,7 +47,7 @@ bool DesktopNotifier::notify(const QString& summary, const QString& body, bool c
                             {QStringLiteral("desktop-entry"), QStringLiteral("brinholt")}};
     call << QStringLiteral("Brinholt") << lastId << QStringLiteral("brinholt") << summary << body << QStringList()
          << hints << (critical ? 0 : -1);
-    const QDBusReply<uint> reply = bus.call(call, QDBus::Block, CallTimeoutMs);
+    const QDBusReply<uint> reply = connection().call(call, QDBus::Block, CallTimeoutMs);
     if (!reply.isValid())
         return false;
     lastId = reply.value();
@@ -47,6 +60,6 @@ void DesktopNotifier::withdraw()
         return;
     QDBusMessage call = QDBusMessage::createMethodCall(Service, Path, Interface, QStringLiteral("CloseNotification"));
     call << lastId;
-    bus.call(call, QDBus::Block, CallTimeoutMs);
+    connection().call(call, QDBus::Block, CallTimeoutMs);
     lastId = 0;
 }

@@ -4,6 +4,8 @@
 #include <QtCore/QString>
 #include <QtDBus/QDBusConnection>
 
+#include <optional>
+
 // Desktop notifications through the freedesktop notification service, when one runs on
 // the session bus; without one, nothing happens and nothing is logged.
 class DesktopNotifier : public QObject
@@ -11,7 +13,10 @@ class DesktopNotifier : public QObject
     Q_OBJECT
 
 public:
-    explicit DesktopNotifier(const QDBusConnection& bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
+    // On the session bus, reached only at the first notice, so that a run that never
+    // warns never touches it.
+    explicit DesktopNotifier(QObject* parent = nullptr);
+    explicit DesktopNotifier(const QDBusConnection& bus, QObject* parent = nullptr);
 
     bool isAvailable() const;
     // Shows the text, replacing this program's last notification; `critical` asks the
@@ -21,6 +26,8 @@ public:
     void withdraw();
 
 private:
-    QDBusConnection bus;
+    QDBusConnection& connection() const;
+
+    mutable std::optional<QDBusConnection> bus;
     uint lastId = 0;
 };

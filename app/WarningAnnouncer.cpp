@@ -1,6 +1,7 @@
 #include "app/WarningAnnouncer.h"
 
 #include "app/AlarmSound.h"
+#include "app/BackEnd.h"
 #include "app/DesktopNotifier.h"
 #include "log/PressureWarning.h"
 
@@ -13,12 +14,21 @@ WarningAnnouncer::WarningAnnouncer(PressureWarning& warning, DesktopNotifier& no
     , sound(sound)
 {
     connect(&warning, &PressureWarning::levelChanged, this, &WarningAnnouncer::levelChanged);
-    connect(&warning, &PressureWarning::acknowledgedChanged, this,
-            [this](bool acknowledged) { this->sound.follow(this->warning.getLevel(), acknowledged); });
+    connect(&warning, &PressureWarning::acknowledgedChanged, this, [this](bool acknowledged) {
+        this->sound.follow(this->warning.getLevel(), acknowledged);
+        publish();
+    });
+}
+
+void WarningAnnouncer::publish()
+{
+    if (backend)
+        backend->publishWarning(WarningState{warning.getLevel(), warning.isAcknowledged(), warning.getLastChange()});
 }
 
 void WarningAnnouncer::levelChanged(int level)
 {
+    publish();
     sound.follow(level, warning.isAcknowledged());
     if (level == PressureWarning::None)
         notifier.withdraw();

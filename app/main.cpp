@@ -1,8 +1,11 @@
+#include "app/AlarmSound.h"
 #include "app/BackEnd.h"
 #include "app/CommandLine.h"
+#include "app/DesktopNotifier.h"
 #include "app/SignalWatcher.h"
 #include "app/Startup.h"
 #include "app/TranslationHandler.h"
+#include "app/WarningAnnouncer.h"
 #include "log/DataSource.h"
 #include "util/Util.h"
 
@@ -75,6 +78,11 @@ int main(int argc, char* argv[])
     view.rootContext()->setContextProperty(QStringLiteral("backend"), backend);
     dataSource = new DataSource(&view, nullptr);
     view.rootContext()->setContextProperty(QStringLiteral("dataSource"), dataSource);
+
+    // The pressure-fall warning reaches the navigator beyond the pages.
+    DesktopNotifier notifier;
+    AlarmSound alarmSound;
+    WarningAnnouncer announcer(*dataSource->getWarning(), notifier, alarmSound);
 
     SignalWatcher signalWatcher;
     QObject::connect(&signalWatcher, &SignalWatcher::terminationRequested, &app, &QCoreApplication::quit);

@@ -86,13 +86,15 @@ void PressureWarning::setLevel(Level next, qint64 now)
 {
     if (next == level)
         return;
-    // A stronger level wants the navigator again; a weaker one was seen already.
+    // A stronger level wants the navigator again; a weaker one was seen already; an ended
+    // one leaves nothing to acknowledge.
     const bool raised = next > level;
     level = next;
     since = next == None ? 0 : now;
+    lastChange = now;
     qWarning().noquote() << "pressure fall level" << QMetaEnum::fromType<Level>().valueToKey(level)
                          << "3h" << fallText(lastFall3h) << "1h" << fallText(lastFall1h);
-    if (raised && acknowledged) {
+    if ((raised || next == None) && acknowledged) {
         acknowledged = false;
         emit acknowledgedChanged(acknowledged);
     }

@@ -51,6 +51,8 @@ public:
     Q_INVOKABLE double getFall1h() const { return lastFall1h; }
     // Seconds since the epoch at which the present level began; 0 while there is none.
     Q_INVOKABLE qint64 getSince() const { return since; }
+    // Seconds since the epoch of the last change of level, the end of one included.
+    qint64 getLastChange() const { return lastChange; }
     // The level's name for the user, in the current language.
     Q_INVOKABLE QString levelText() const;
     // The falls and since when, in the user's unit and date format.
@@ -71,4 +73,5 @@ private:
     double lastFall3h = 0.0;
     double lastFall1h = 0.0;
     qint64 since = 0;
+    qint64 lastChange = 0;
 };

@@ -5,6 +5,7 @@
 #include "log/PressureWarning.h"
 #include "support/MessageLog.h"
 #include "support/NotificationService.h"
+#include "support/TestDataFolder.h"
 
 #include <QtCore/QDataStream>
 #include <QtTest/QtTest>
@@ -119,6 +120,26 @@ private slots:
         QVERIFY(!notifier.notify(QStringLiteral("a"), QStringLiteral("b"), true));
         notifier.withdraw();
         QCOMPARE(messages.messages(), QStringList());
+    }
+
+    void eachChangeIsHandedToTheUdpOutput()
+    {
+        TestDataFolder folder;
+        BackEnd settingsOnly{BackEnd::SettingsOnly()};
+        DesktopNotifier notifier(QDBusConnection(QStringLiteral("none")));
+        AlarmSound sound;
+        sound.setPlayer([] {});
+        PressureWarning warning;
+        WarningAnnouncer announcer(warning, notifier, sound);
+        QCOMPARE(backend->getWarningState(), WarningState());
+
+        warning.evaluate(7.0, std::nullopt, Since);
+        QCOMPARE(backend->getWarningState(), (WarningState{2, false, Since}));
+        warning.acknowledge();
+        QCOMPARE(backend->getWarningState(), (WarningState{2, true, Since}));
+        warning.evaluate(0.0, 0.0, Since + 600);
+        QCOMPARE(backend->getWarningState(), (WarningState{0, false, Since + 600}));
+        backend = nullptr;
     }
 };
 
