@@ -94,6 +94,30 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
     qWarning().noquote() << "BackEnd created";
 }
 
+void BackEnd::publishWarning(const WarningState& state)
+{
+    warningState.store((state.changedAt << 3) | (state.acknowledged ? 4 : 0) | (state.level & 3),
+                       std::memory_order_release);
+}
+
+WarningState BackEnd::getWarningState() const
+{
+    const qint64 packed = warningState.load(std::memory_order_acquire);
+    return WarningState{int(packed & 3), (packed & 4) != 0, packed >> 3};
+}
+
+BackEnd::BackEnd(SettingsOnly)
+    : QObject(nullptr)
+{
+    backend = this;
+    appPath = QStringLiteral("./");
+    doubleKeys = {QStringLiteral("elevation"), QStringLiteral("offset")};
+    stringKeys = {QStringLiteral("SettingSerialPort"), QStringLiteral("SettingSerialSpeed"),
+                  QStringLiteral("SettingTcpIpAddress")};
+    settings = new QSettings(appPath + QStringLiteral("brinholt.ini"), QSettings::IniFormat, this);
+    settingsMirror.load(*settings);
+}
+
 BackEnd::~BackEnd()
 {
     emit saveWindowSize();

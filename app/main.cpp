@@ -1,7 +1,11 @@
+#include "app/AlarmSound.h"
 #include "app/BackEnd.h"
+#include "app/CommandLine.h"
+#include "app/DesktopNotifier.h"
 #include "app/SignalWatcher.h"
 #include "app/Startup.h"
 #include "app/TranslationHandler.h"
+#include "app/WarningAnnouncer.h"
 #include "log/DataSource.h"
 #include "util/DataFolder.h"
 #include "util/Util.h"
@@ -42,10 +46,13 @@ int main(int argc, char* argv[])
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Quillmere"));
     QCoreApplication::setOrganizationDomain(OrganizationDomain);
+    const QString callerFolder = QDir::currentPath();
     const QString dataFolder = Util::currentPath();
     // An installed copy's folder is made on its first start and gets the catalogues.
     DataFolder::prepare(QCoreApplication::applicationDirPath(), dataFolder);
     QDir::setCurrent(dataFolder);
+    if (const std::optional<int> status = CommandLine::handle(QCoreApplication::arguments(), callerFolder))
+        return *status;
     setWindowIcon();
 
     // Only macOS puts applications to sleep behind the user's back; elsewhere there is
@@ -87,6 +94,11 @@ int main(int argc, char* argv[])
     view.rootContext()->setContextProperty(QStringLiteral("backend"), backend);
     dataSource = new DataSource(&view, nullptr);
     view.rootContext()->setContextProperty(QStringLiteral("dataSource"), dataSource);
+
+    // The pressure-fall warning reaches the navigator beyond the pages.
+    DesktopNotifier notifier;
+    AlarmSound alarmSound;
+    WarningAnnouncer announcer(*dataSource->getWarning(), notifier, alarmSound);
 
     SignalWatcher signalWatcher;
     QObject::connect(&signalWatcher, &SignalWatcher::terminationRequested, &app, &QCoreApplication::quit);

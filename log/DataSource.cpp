@@ -45,6 +45,7 @@ const QString NewestTime = QStringLiteral("SELECT TIME FROM %1 ORDER BY TIME DES
 const QString RowsNewestFirst = QStringLiteral("SELECT * FROM %1 ORDER BY TIME DESC");
 const QString DeleteRow = QStringLiteral("DELETE FROM %1 WHERE TIME = %2;");
 const QString DeleteAll = QStringLiteral("DELETE FROM %1");
+const QString LastFix = QStringLiteral("SELECT * FROM %1 WHERE LON <> 0 OR LAT <> 0 ORDER BY TIME DESC LIMIT 1");
 
 // Pages of the log file in bytes. Each commit appends every page it changed to the
 // write-ahead log, so small pages cut what a row costs the disk; rows are some 60 bytes.
@@ -200,9 +201,14 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     if (!inserted)
         return false;
     setTrend();
+    const std::optional<double> fall3h = rawFallSince(10800, pressure);
+    const std::optional<double> fall1h = rawFallSince(3600, pressure);
     // Every statement commits by itself; there is no transaction for this to end.
     database.commit();
     checkpointIfDue();
+    // Outside the lock: the warning's handlers on the pages may read the log.
+    locker.unlock();
+    warning.evaluate(fall3h, fall1h, lastSampleTime);
     return true;
 }
 
@@ -303,6 +309,28 @@ void DataSource::setTrend()
     else if (size < 3.0)
         level = 3;
     trend = change >= 0.0 ? level : -level;
+}
+
+QPointF DataSource::lastFix(int tableNb)
+{
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    query.exec(LastFix.arg(tableNames.value(tableNb)));
+    if (!query.next())
+        return QPointF();
+    return QPointF(query.value(Lon).toDouble(), query.value(Lat).toDouble());
+}
+
+// Raw on both sides, as the tendency is: the reading this firing logged against the row.
+std::optional<double> DataSource::rawFallSince(qint64 age, double pressure)
+{
+    QSqlQuery query(database);
+    query.exec(NearestInBaro3h.arg(lastSampleTime - age));
+    if (!query.next())
+        return std::nullopt;
+    if (qAbs(lastSampleTime - query.value(Time).toLongLong() - age) > 30)
+        return std::nullopt;
+    return query.value(Pre).toDouble() - pressure;
 }
 
 int DataSource::getTrend()

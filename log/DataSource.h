@@ -10,12 +10,18 @@
 #include <QtCore/QVector>
 #include <QtSql/QSqlDatabase>
 
+#include "log/PressureWarning.h"
+
+#include <optional>
+
 class QQuickView;
 
 // The pressure log: nine SQLite tables of growing span, decimated at write time.
 class DataSource : public QObject
 {
     Q_OBJECT
+    // The pressure-fall warning, judged after each firing that writes a row.
+    Q_PROPERTY(PressureWarning* warning READ getWarning CONSTANT)
 
 public:
     explicit DataSource(QQuickView* view, QObject* parent = nullptr);
@@ -38,6 +44,9 @@ public:
     // Station pressure reduced to sea level; elevation in metres. A zero elevation leaves
     // the pressure as it is.
     static double seaLevelPressure(double stationPressure, double elevation);
+    PressureWarning* getWarning() { return &warning; }
+    // The newest position of a table that is not (0, 0); (0, 0) when it has none.
+    QPointF lastFix(int tableNb);
 
 signals:
     void chartUpdated(QVariant now, double min, double max, int seriesCount);
@@ -61,6 +70,9 @@ public:
 
 private:
     void setTrend();
+    // How far the raw pressure fell since the BARO3H row within 30 s of `age` seconds
+    // before the latest sample; nothing when there is no such row.
+    std::optional<double> rawFallSince(qint64 age, double pressure);
     QString databasePath() const;
     // Journal and sync settings of the open connection; converts a file of an earlier
     // version, which used a rollback journal.
@@ -88,6 +100,7 @@ private:
     qint64 lastSampleTime = 0;
     qint64 lastCheckpoint = 0;
     bool folderWritable = true;
+    PressureWarning warning;
 };
 
 extern DataSource* dataSource;

@@ -168,6 +168,9 @@ void NmeaReceiver::slot_sendUdp()
     const double pressure = backend->getCurrentPressure();
     if (pressure > 0.0)
         sender->sendPressure(pressure, port);
+    if (pressure > 0.0 && backend->getSetting(QStringLiteral("sendUdpMda"), 0).toInt() == 1)
+        sender->sendPressureMda(pressure, port);
+    sendAlarmIfDue(port);
     if (backend->getSetting(QStringLiteral("sendUdpPos"), 0).toInt() == 1) {
         const QPointF position = backend->getPosition();
         // Exactly zero in both, not QPointF's fuzzy equality.
@@ -178,4 +181,17 @@ void NmeaReceiver::slot_sendUdp()
             sender->sendPosition(position, cogSog.first, cogSog.second, port);
         }
     }
+}
+
+void NmeaReceiver::sendAlarmIfDue(int port)
+{
+    // At each change of the warning, and every 60 ticks while a level holds, so that a
+    // display that joins later learns of it.
+    const WarningState state = backend->getWarningState();
+    ++ticksSinceAlr;
+    if (state == alrSent && (state.level == 0 || ticksSinceAlr < 60))
+        return;
+    sender->sendAlarm(state.changedAt, state.level, state.acknowledged, port);
+    alrSent = state;
+    ticksSinceAlr = 0;
 }
