@@ -43,6 +43,13 @@ double seaLevelFactor(double h)
     return std::pow(1.0 + h * -22.55687745833333 / 1000000.0, 5.2561);
 }
 
+// Keys getSetting gives as a double; the last three are the pressure-fall warning's bounds.
+QSet<QString> doubleSettingKeys()
+{
+    return {QStringLiteral("elevation"), QStringLiteral("offset"), QStringLiteral("warningFall3h"),
+            QStringLiteral("alarmFall3h"), QStringLiteral("alarmFall1h")};
+}
+
 } // namespace
 
 BackEnd::BackEnd(QQmlApplicationEngine* engine)
@@ -54,7 +61,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
     appPath = QStringLiteral("./");
     tickCounter = 768;
 
-    doubleKeys = {QStringLiteral("elevation"), QStringLiteral("offset")};
+    doubleKeys = doubleSettingKeys();
     stringKeys = {QStringLiteral("SettingSerialPort"), QStringLiteral("SettingSerialSpeed"),
                   QStringLiteral("SettingTcpIpAddress")};
 
@@ -111,7 +118,7 @@ BackEnd::BackEnd(SettingsOnly)
 {
     backend = this;
     appPath = QStringLiteral("./");
-    doubleKeys = {QStringLiteral("elevation"), QStringLiteral("offset")};
+    doubleKeys = doubleSettingKeys();
     stringKeys = {QStringLiteral("SettingSerialPort"), QStringLiteral("SettingSerialSpeed"),
                   QStringLiteral("SettingTcpIpAddress")};
     settings = new QSettings(appPath + QStringLiteral("brinholt.ini"), QSettings::IniFormat, this);

@@ -1,6 +1,7 @@
 #include "log/DataSource.h"
 
 #include "app/BackEnd.h"
+#include "log/Barogram.h"
 #include "log/CsvExport.h"
 #include "log/GpxExport.h"
 #include "util/Clock.h"
@@ -594,6 +595,19 @@ void DataSource::exportFile(int tableNb, QString fileName)
         exportGpx(tableNb, fileName);
     else
         exportCsv(tableNb, fileName);
+}
+
+bool DataSource::exportBarogram(int tableNb, QString fileName)
+{
+    if (tableNb < 0 || tableNb >= TableCount)
+        return false;
+    fileName.remove(QStringLiteral("file://"), Qt::CaseSensitive);
+    const QString written = fileName.isEmpty() ? QStringLiteral("barogram_%1.pdf").arg(tableNames.at(tableNb)) : fileName;
+    // Takes no lock itself: the barogram reads the curve through updateChart.
+    if (!Barogram(*this, tableNb).save(fileName.isEmpty() ? backend->getAppPath() + written : fileName))
+        return false;
+    showFile(fileName, written);
+    return true;
 }
 
 QString DataSource::defaultExportName(int tableNb, const QString& extension) const

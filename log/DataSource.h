@@ -67,6 +67,9 @@ public:
     Q_INVOKABLE void exportGpx(int tableNb, QString fileName = QString());
     Q_INVOKABLE QPointF getValueAt(const double& timed, const int& chartNb, const QVariant& startDate);
     Q_INVOKABLE void exportFile(int tableNb, QString fileName);
+    // The table as a barogram, PNG or PDF by the file's extension; with no name, a PDF in
+    // the data folder. The file is shown as the exports are. False if it was not written.
+    Q_INVOKABLE bool exportBarogram(int tableNb, QString fileName = QString());
 
 private:
     void setTrend();

@@ -58,6 +58,7 @@ ScrollView {
         if (storedAlwaysOn !== alwaysOnNow)
             backend.changeAlwaysOn()
         backend.setSetting("offset", backend.convertToHpa(offset.realValue))
+        warningSettings.save()
         backend.syncSettings()
     }
 
@@ -268,6 +269,7 @@ ScrollView {
                         if (!ready)
                             return
                         showOffset()
+                        warningSettings.showInUnit(comboPreUnit.currentIndex)
                         showPressure()
                     }
                 }
@@ -423,6 +425,13 @@ ScrollView {
             }
         }
 
+        WarningSettings {
+            id: warningSettings
+            objectName: "warningSettings"
+            Layout.alignment: Qt.AlignHCenter
+            Layout.margins: 20
+        }
+
         GridLayout {
             id: offsetGrid
             objectName: "offsetGrid"
@@ -534,6 +543,7 @@ ScrollView {
             offset.value = backend.convertToOther(backend.getSetting("offset", 0.0)) * (inHg ? 1000.0 : 100.0)
 
             comboPressureLevel.currentIndex = backend.getSetting("preDisplay", 0)
+            warningSettings.load()
         }
         ready = true
         showPressure()

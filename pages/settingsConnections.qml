@@ -52,6 +52,7 @@ ScrollView {
         backend.setSetting("SettingUseTcp", swTcp.checked ? 1 : 0)
         backend.setSetting("SettingUseUdp", swUdp.checked ? 1 : 0)
         backend.setSetting("SettingUseUdpOut", swUdpOut.checked ? 1 : 0)
+        backend.setSetting("sendUdpMda", swUdpMda.checked ? 1 : 0)
         backend.syncSettings()
         // Whatever changed, no fix of the old sources may outlive them.
         backend.clearAllFix()
@@ -280,6 +281,13 @@ ScrollView {
                     text: qsTranslate("settingsConnections", "Also send position (RMC)")
                     Accessible.name: text
                 }
+                // For navigation software that reads pressure only from MDA sentences.
+                Switch {
+                    id: swUdpMda
+                    objectName: "swUdpMda"
+                    text: qsTranslate("settingsConnections", "Also send MDA")
+                    Accessible.name: text
+                }
             }
         }
 
@@ -322,6 +330,7 @@ ScrollView {
         tcpIpPort.value = backend.getSetting("SettingTcpIpPort", 10110)
         udpInputPort.value = backend.getSetting("SettingUdpPort", 10110)
         swUpdPos.checked = backend.getSetting("sendUdpPos", 0) === 1
+        swUdpMda.checked = backend.getSetting("sendUdpMda", 0) === 1
         sp_udpPort.value = backend.getSetting("updPort", 10110)
 
         serialPort.Layout.minimumWidth = comboWidth(serialPort, serialPorts)

@@ -173,6 +173,25 @@ private slots:
         QCOMPARE(fx.log().lastFix(0), QPointF(-4.5, 48.25));
         QCOMPARE(fx.log().lastFix(1), QPointF());
     }
+
+    void exportBarogramWritesAndShowsTheFile()
+    {
+        ReaderFixture fx;
+        fx.setPressure(1013.0);
+        fx.insert(0, halfHourWithAPause());
+        // With no name: a PDF in the data folder, shown as the exports are.
+        QVERIFY(fx.log().exportBarogram(0));
+        QVERIFY(QFile::exists(fx.path(QStringLiteral("barogram_BARO30M.pdf"))));
+        QCOMPARE(fx.viewer.urls.size(), 1);
+        QVERIFY(fx.viewer.urls.at(0).toString().endsWith(QStringLiteral("/barogram_BARO30M.pdf")));
+        QTemporaryDir out;
+        const QString png = out.filePath(QStringLiteral("chosen.png"));
+        QVERIFY(fx.log().exportBarogram(0, QStringLiteral("file://") + png));
+        QVERIFY(!QImage(png).isNull());
+        QVERIFY(!fx.log().exportBarogram(9));
+        QVERIFY(!fx.log().exportBarogram(0, out.filePath(QStringLiteral("chosen.txt"))));
+        QCOMPARE(fx.viewer.urls.size(), 2);
+    }
 };
 
 QTEST_MAIN(TestBarogram)

@@ -216,6 +216,7 @@ private slots:
         QCOMPARE(prop(page, "udpInputPort", "value").toInt(), 10110);
         QCOMPARE(prop(page, "sp_udpPort", "value").toInt(), 10110);
         QCOMPARE(prop(page, "swUpdPos", "checked").toBool(), false);
+        QCOMPARE(prop(page, "swUdpMda", "checked").toBool(), false);
         // Each group follows its switch.
         QCOMPARE(prop(page, "udpInputPort", "enabled").toBool(), false);
         QCOMPARE(prop(page, "serialPort", "enabled").toBool(), false);
@@ -288,6 +289,7 @@ private slots:
         set(page, "swUdpOut", "checked", true);
         set(page, "sp_udpPort", "value", 20003);
         set(page, "swUpdPos", "checked", true);
+        set(page, "swUdpMda", "checked", true);
         QVERIFY(leave(h));
 
         QCOMPARE(stored(h, "SettingSerialPort").toString(), QStringLiteral("ttyFAKE1 Second"));
@@ -307,6 +309,7 @@ private slots:
         QCOMPARE(stored(h, "SettingUseUdpOut").toInt(), 1);
         QCOMPARE(stored(h, "updPort").toInt(), 20003);
         QCOMPARE(stored(h, "sendUdpPos").toInt(), 1);
+        QCOMPARE(stored(h, "sendUdpMda").toInt(), 1);
         // The speed the serial source really uses is another key, which the page leaves alone.
         QVERIFY(!stored(h, "SettingSerialPortSpeed").isValid());
         QVERIFY(h.backEnd()->getReceiver());
@@ -331,6 +334,7 @@ private slots:
         QCOMPARE(prop(page, "swUdpOut", "checked").toBool(), true);
         QCOMPARE(prop(page, "sp_udpPort", "value").toInt(), 20003);
         QCOMPARE(prop(page, "swUpdPos", "checked").toBool(), true);
+        QCOMPARE(prop(page, "swUdpMda", "checked").toBool(), true);
         // Off again, so that the end of the test broadcasts nothing more.
         set(page, "swUdpOut", "checked", false);
         set(page, "swSerial", "checked", false);

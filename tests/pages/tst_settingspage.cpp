@@ -363,6 +363,38 @@ private slots:
         checkClean(h);
     }
 
+    // The pressure-fall warning's bounds, beside the page's own settings.
+    void warningBoundsInTheChosenUnitStoredInHpa()
+    {
+        PageHarness h;
+        QVERIFY(startMain(h));
+        QQuickItem* page = openSettings(h);
+        QVERIFY(page);
+        QCOMPARE(prop(page, "swWarning", "checked").toBool(), true);
+        QCOMPARE(prop(page, "warning3h", "displayText").toString(), QStringLiteral("3.6"));
+        QCOMPARE(prop(page, "alarm3h", "displayText").toString(), QStringLiteral("6.0"));
+        QCOMPARE(prop(page, "alarm1h", "displayText").toString(), QStringLiteral("2.0"));
+
+        // In inches the bounds keep their meaning, and go back to hPa untouched.
+        set(page, "comboPreUnit", "currentIndex", 3);
+        QCOMPARE(prop(page, "warning3h", "displayText").toString(), QStringLiteral("0.106"));
+        QCOMPARE(prop(page, "alarm1h", "displayText").toString(), QStringLiteral("0.059"));
+        set(page, "alarm3h", "value", 200);
+        set(page, "swWarning", "checked", false);
+        QVERIFY(leave(h));
+        QCOMPARE(stored(h, "warningOn").toInt(), 0);
+        QCOMPARE(stored(h, "warningFall3h").toDouble(), 3.6);
+        QCOMPARE(stored(h, "alarmFall1h").toDouble(), 2.0);
+        QVERIFY(std::abs(stored(h, "alarmFall3h").toDouble() - 0.2 / HpaToInHg) < 1e-9);
+
+        page = openSettings(h);
+        QVERIFY(page);
+        QCOMPARE(prop(page, "swWarning", "checked").toBool(), false);
+        QCOMPARE(prop(page, "alarm3h", "displayText").toString(), QStringLiteral("0.200"));
+        QCOMPARE(prop(page, "warning3h", "enabled").toBool(), false);
+        checkClean(h);
+    }
+
     void elevationUnitSwitchMovesByAtMostOneStep()
     {
         PageHarness h;
