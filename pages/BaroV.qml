@@ -123,6 +123,13 @@ Item {
             }
         }
 
+        WarningStrip {
+            objectName: "warningStrip"
+            Layout.fillWidth: true
+            Layout.margins: visible ? 4 : 0
+            warning: typeof dataSource !== "undefined" && dataSource ? dataSource.warning : null
+        }
+
         Item {
             objectName: "topSpacer"
             Layout.fillWidth: true

@@ -94,6 +94,14 @@
         <source>16d</source>
         <translation>16d</translation>
     </message>
+    <message>
+        <source>Barogram</source>
+        <translation>Barogram</translation>
+    </message>
+    <message>
+        <source>Save a barogram of this span</source>
+        <translation>Save a barogram of this span</translation>
+    </message>
 </context>
 <context>
     <name>BaroV</name>
@@ -108,6 +116,108 @@
     <message>
         <source>No pressure data available</source>
         <translation>No pressure data available</translation>
+    </message>
+</context>
+<context>
+    <name>Barogram</name>
+    <message>
+        <source>30 minutes</source>
+        <translation>30 minutes</translation>
+    </message>
+    <message>
+        <source>3 hours</source>
+        <translation>3 hours</translation>
+    </message>
+    <message>
+        <source>6 hours</source>
+        <translation>6 hours</translation>
+    </message>
+    <message>
+        <source>12 hours</source>
+        <translation>12 hours</translation>
+    </message>
+    <message>
+        <source>1 day</source>
+        <translation>1 day</translation>
+    </message>
+    <message>
+        <source>2 days</source>
+        <translation>2 days</translation>
+    </message>
+    <message>
+        <source>4 days</source>
+        <translation>4 days</translation>
+    </message>
+    <message>
+        <source>8 days</source>
+        <translation>8 days</translation>
+    </message>
+    <message>
+        <source>16 days</source>
+        <translation>16 days</translation>
+    </message>
+    <message>
+        <source>Barogram of %1</source>
+        <translation>Barogram of %1</translation>
+    </message>
+    <message>
+        <source>From %1 to %2</source>
+        <translation>From %1 to %2</translation>
+    </message>
+    <message>
+        <source>No readings in this span</source>
+        <translation>No readings in this span</translation>
+    </message>
+    <message>
+        <source>Lowest %1 %3, highest %2 %3</source>
+        <translation>Lowest %1 %3, highest %2 %3</translation>
+    </message>
+    <message>
+        <source>Tendency %1</source>
+        <translation>Tendency %1</translation>
+    </message>
+    <message>
+        <source>Last fix %1</source>
+        <translation>Last fix %1</translation>
+    </message>
+</context>
+<context>
+    <name>CommandLine</name>
+    <message>
+        <source>Usage: brinholt [--export TABLE FILE | --help | --version]
+
+Without options Brinholt opens its window.
+  --export TABLE FILE  write a log table to FILE without opening the window;
+                       the extension chooses the form: .csv, .gpx, .png or .pdf.
+                       TABLE is BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D,
+                       BARO4D, BARO8D or BAR16D, or its number 0 to 8.
+  --help               show this text.
+  --version            show the version.</source>
+        <translation>Usage: brinholt [--export TABLE FILE | --help | --version]
+
+Without options Brinholt opens its window.
+  --export TABLE FILE  write a log table to FILE without opening the window;
+                       the extension chooses the form: .csv, .gpx, .png or .pdf.
+                       TABLE is BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D,
+                       BARO4D, BARO8D or BAR16D, or its number 0 to 8.
+  --help               show this text.
+  --version            show the version.</translation>
+    </message>
+    <message>
+        <source>--export needs a table and a file name.</source>
+        <translation>--export needs a table and a file name.</translation>
+    </message>
+    <message>
+        <source>Unknown table %1: use BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D, BARO4D, BARO8D, BAR16D or 0 to 8.</source>
+        <translation>Unknown table %1: use BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D, BARO4D, BARO8D, BAR16D or 0 to 8.</translation>
+    </message>
+    <message>
+        <source>Unknown extension of %1: use .csv, .gpx, .png or .pdf.</source>
+        <translation>Unknown extension of %1: use .csv, .gpx, .png or .pdf.</translation>
+    </message>
+    <message>
+        <source>Cannot write %1.</source>
+        <translation>Cannot write %1.</translation>
     </message>
 </context>
 <context>
@@ -267,6 +377,33 @@
     </message>
 </context>
 <context>
+    <name>PressureWarning</name>
+    <message>
+        <source>Pressure falling quickly</source>
+        <translation>Pressure falling quickly</translation>
+    </message>
+    <message>
+        <source>Pressure falling very rapidly</source>
+        <translation>Pressure falling very rapidly</translation>
+    </message>
+    <message>
+        <source>%1 %2 in three hours</source>
+        <translation>%1 %2 in three hours</translation>
+    </message>
+    <message>
+        <source>%1 %2 in the last hour</source>
+        <translation>%1 %2 in the last hour</translation>
+    </message>
+    <message>
+        <source>Fall of %1, since %2</source>
+        <translation>Fall of %1, since %2</translation>
+    </message>
+    <message>
+        <source> and </source>
+        <translation> and </translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>deg</source>
@@ -283,6 +420,40 @@
     <message>
         <source>mph</source>
         <translation>mph</translation>
+    </message>
+</context>
+<context>
+    <name>WarningSettings</name>
+    <message>
+        <source>Pressure-fall warning</source>
+        <translation>Pressure-fall warning</translation>
+    </message>
+    <message>
+        <source>Warn of a falling barometer</source>
+        <translation>Warn of a falling barometer</translation>
+    </message>
+    <message>
+        <source>Warning: fall in three hours</source>
+        <translation>Warning: fall in three hours</translation>
+    </message>
+    <message>
+        <source>Alarm: fall in three hours</source>
+        <translation>Alarm: fall in three hours</translation>
+    </message>
+    <message>
+        <source>Alarm: fall in one hour</source>
+        <translation>Alarm: fall in one hour</translation>
+    </message>
+</context>
+<context>
+    <name>WarningStrip</name>
+    <message>
+        <source>Acknowledged</source>
+        <translation>Acknowledged</translation>
+    </message>
+    <message>
+        <source>Acknowledge</source>
+        <translation>Acknowledge</translation>
     </message>
 </context>
 <context>
@@ -665,6 +836,10 @@ calibration</translation>
     <message>
         <source>Also send position (RMC)</source>
         <translation>Also send position (RMC)</translation>
+    </message>
+    <message>
+        <source>Also send MDA</source>
+        <translation>Also send MDA</translation>
     </message>
 </context>
 </TS>

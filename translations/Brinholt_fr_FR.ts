@@ -94,6 +94,14 @@
         <source>16d</source>
         <translation>16j</translation>
     </message>
+    <message>
+        <source>Barogram</source>
+        <translation>Barogramme</translation>
+    </message>
+    <message>
+        <source>Save a barogram of this span</source>
+        <translation>Enregistrer un barogramme de cette période</translation>
+    </message>
 </context>
 <context>
     <name>BaroV</name>
@@ -108,6 +116,108 @@
     <message>
         <source>No pressure data available</source>
         <translation>Aucune donnée de pression disponible</translation>
+    </message>
+</context>
+<context>
+    <name>Barogram</name>
+    <message>
+        <source>30 minutes</source>
+        <translation>30 minutes</translation>
+    </message>
+    <message>
+        <source>3 hours</source>
+        <translation>3 heures</translation>
+    </message>
+    <message>
+        <source>6 hours</source>
+        <translation>6 heures</translation>
+    </message>
+    <message>
+        <source>12 hours</source>
+        <translation>12 heures</translation>
+    </message>
+    <message>
+        <source>1 day</source>
+        <translation>1 jour</translation>
+    </message>
+    <message>
+        <source>2 days</source>
+        <translation>2 jours</translation>
+    </message>
+    <message>
+        <source>4 days</source>
+        <translation>4 jours</translation>
+    </message>
+    <message>
+        <source>8 days</source>
+        <translation>8 jours</translation>
+    </message>
+    <message>
+        <source>16 days</source>
+        <translation>16 jours</translation>
+    </message>
+    <message>
+        <source>Barogram of %1</source>
+        <translation>Barogramme sur %1</translation>
+    </message>
+    <message>
+        <source>From %1 to %2</source>
+        <translation>Du %1 au %2</translation>
+    </message>
+    <message>
+        <source>No readings in this span</source>
+        <translation>Aucune mesure sur cette période</translation>
+    </message>
+    <message>
+        <source>Lowest %1 %3, highest %2 %3</source>
+        <translation>Minimum %1 %3, maximum %2 %3</translation>
+    </message>
+    <message>
+        <source>Tendency %1</source>
+        <translation>Tendance %1</translation>
+    </message>
+    <message>
+        <source>Last fix %1</source>
+        <translation>Dernière position %1</translation>
+    </message>
+</context>
+<context>
+    <name>CommandLine</name>
+    <message>
+        <source>Usage: brinholt [--export TABLE FILE | --help | --version]
+
+Without options Brinholt opens its window.
+  --export TABLE FILE  write a log table to FILE without opening the window;
+                       the extension chooses the form: .csv, .gpx, .png or .pdf.
+                       TABLE is BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D,
+                       BARO4D, BARO8D or BAR16D, or its number 0 to 8.
+  --help               show this text.
+  --version            show the version.</source>
+        <translation>Utilisation : brinholt [--export TABLE FICHIER | --help | --version]
+
+Sans option, Brinholt ouvre sa fenêtre.
+  --export TABLE FICHIER  écrit une table du journal dans FICHIER sans ouvrir la fenêtre ;
+                          l&apos;extension choisit la forme : .csv, .gpx, .png ou .pdf.
+                          TABLE est BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D,
+                          BARO4D, BARO8D ou BAR16D, ou son numéro de 0 à 8.
+  --help                  affiche ce texte.
+  --version               affiche la version.</translation>
+    </message>
+    <message>
+        <source>--export needs a table and a file name.</source>
+        <translation>--export demande une table et un nom de fichier.</translation>
+    </message>
+    <message>
+        <source>Unknown table %1: use BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D, BARO4D, BARO8D, BAR16D or 0 to 8.</source>
+        <translation>Table inconnue %1 : utilisez BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D, BARO4D, BARO8D, BAR16D ou un numéro de 0 à 8.</translation>
+    </message>
+    <message>
+        <source>Unknown extension of %1: use .csv, .gpx, .png or .pdf.</source>
+        <translation>Extension inconnue pour %1 : utilisez .csv, .gpx, .png ou .pdf.</translation>
+    </message>
+    <message>
+        <source>Cannot write %1.</source>
+        <translation>Impossible d&apos;écrire %1.</translation>
     </message>
 </context>
 <context>
@@ -267,6 +377,33 @@
     </message>
 </context>
 <context>
+    <name>PressureWarning</name>
+    <message>
+        <source>Pressure falling quickly</source>
+        <translation>Pression en baisse rapide</translation>
+    </message>
+    <message>
+        <source>Pressure falling very rapidly</source>
+        <translation>Pression en baisse très rapide</translation>
+    </message>
+    <message>
+        <source>%1 %2 in three hours</source>
+        <translation>%1 %2 en trois heures</translation>
+    </message>
+    <message>
+        <source>%1 %2 in the last hour</source>
+        <translation>%1 %2 dans la dernière heure</translation>
+    </message>
+    <message>
+        <source>Fall of %1, since %2</source>
+        <translation>Baisse de %1, depuis %2</translation>
+    </message>
+    <message>
+        <source> and </source>
+        <translation> et </translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>deg</source>
@@ -283,6 +420,40 @@
     <message>
         <source>mph</source>
         <translation>mi/h</translation>
+    </message>
+</context>
+<context>
+    <name>WarningSettings</name>
+    <message>
+        <source>Pressure-fall warning</source>
+        <translation>Alerte de baisse de pression</translation>
+    </message>
+    <message>
+        <source>Warn of a falling barometer</source>
+        <translation>Alerter d&apos;une baisse du baromètre</translation>
+    </message>
+    <message>
+        <source>Warning: fall in three hours</source>
+        <translation>Avertissement : baisse en trois heures</translation>
+    </message>
+    <message>
+        <source>Alarm: fall in three hours</source>
+        <translation>Alarme : baisse en trois heures</translation>
+    </message>
+    <message>
+        <source>Alarm: fall in one hour</source>
+        <translation>Alarme : baisse en une heure</translation>
+    </message>
+</context>
+<context>
+    <name>WarningStrip</name>
+    <message>
+        <source>Acknowledged</source>
+        <translation>Acquittée</translation>
+    </message>
+    <message>
+        <source>Acknowledge</source>
+        <translation>Acquitter</translation>
     </message>
 </context>
 <context>
@@ -665,6 +836,10 @@ Quillmere Skerry</translation>
     <message>
         <source>Also send position (RMC)</source>
         <translation>Envoyer aussi la position (RMC)</translation>
+    </message>
+    <message>
+        <source>Also send MDA</source>
+        <translation>Envoyer aussi MDA</translation>
     </message>
 </context>
 </TS>

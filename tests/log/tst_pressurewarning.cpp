@@ -7,6 +7,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QFile>
 #include <QtCore/QMap>
+#include <QtCore/QTranslator>
 #include <QtTest/QtTest>
 
 #include <cmath>
@@ -297,6 +298,24 @@ private slots:
         QCOMPARE(warning.levelText(), QStringLiteral("Pressure falling quickly"));
         warning.evaluate(7.0, std::nullopt, Now);
         QCOMPARE(warning.levelText(), QStringLiteral("Pressure falling very rapidly"));
+    }
+
+    void everyLevelInFrench()
+    {
+        QTranslator french;
+        QVERIFY(french.load(QStringLiteral(BRINHOLT_BINARY_DIR "/Brinholt_fr_FR.qm")));
+        QCoreApplication::installTranslator(&french);
+        PressureWarning warning;
+        warning.evaluate(4.0, 1.0, Now);
+        const QString warningText = warning.levelText();
+        const QString detail = warning.detailText();
+        warning.evaluate(7.0, 1.0, Now);
+        const QString alarmText = warning.levelText();
+        QCoreApplication::removeTranslator(&french);
+        QCOMPARE(warningText, QStringLiteral("Pression en baisse rapide"));
+        QCOMPARE(alarmText, QStringLiteral("Pression en baisse très rapide"));
+        QVERIFY2(detail.startsWith(QStringLiteral("Baisse de 4.0 hPa en trois heures et 1.0 hPa dans la dernière heure, depuis ")),
+                 qPrintable(detail));
     }
 
     void stormsOfTheBuoyRecordWarnAndCalmWeeksDoNot_data()
