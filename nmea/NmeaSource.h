@@ -38,7 +38,7 @@ public:
     // a deliberate limit where there used to be none: a device on the wrong speed never
     // sends a line end and would grow the process for as long as it runs. It lies far above
     // the longest sentence any device sends, so no real sentence is ever cut.
-    static constexpr int MaxUnfinishedLine = 4096;
+    static constexpr int MaxUnfinishedLine = 16384;
 
     // Milliseconds between attempts to bring a lost transport back. Tests shorten it.
     static int retryIntervalMs() { return retryInterval.load(std::memory_order_relaxed); }
