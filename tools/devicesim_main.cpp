@@ -4,6 +4,7 @@
 // closes or "quit" is read. Commands on stdin, one a line:
 //   silent on|off   noise on|off   noend on|off   err on|off
 //   pressure HPA    vanish    return    send TEXT    quit
+//   sync TOKEN      prints "sync TOKEN" once every command before it is in effect
 #include "tools/DeviceSimulator.h"
 
 #include <QtCore/QCommandLineParser>
@@ -139,6 +140,8 @@ int main(int argc, char* argv[])
                 simulator.comeBack();
             else if (word == QLatin1String("send"))
                 simulator.sendRaw(rest.toUtf8() + "\r\n");
+            else if (word == QLatin1String("sync"))
+                out() << "sync " << rest << Qt::endl;
             else if (word == QLatin1String("quit"))
                 QCoreApplication::quit();
         }

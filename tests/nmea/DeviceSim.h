@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QProcess>
 #include <QtCore/QStringList>
 #include <QtTest/QTest>
@@ -31,6 +32,35 @@ public:
     // The next path the simulator prints (at the start and after it comes back).
     QString nextPath()
     {
+        if (!paths.isEmpty())
+            return paths.takeFirst();
+        return nextLine();
+    }
+
+    // Sends a command; with `wait`, returns once the simulator has it in effect, which a
+    // test needs when the device's next answer depends on it.
+    bool command(const QString& line, bool wait = false)
+    {
+        process.write(line.toUtf8() + '\n');
+        process.waitForBytesWritten(1000);
+        if (!wait)
+            return true;
+        const QString token = QStringLiteral("sync %1").arg(++syncs);
+        process.write(token.toUtf8() + '\n');
+        process.waitForBytesWritten(1000);
+        for (QString got = nextLine(); !got.isEmpty(); got = nextLine()) {
+            if (got == token)
+                return true;
+            paths << got;
+        }
+        return false;
+    }
+
+    QProcess process;
+
+private:
+    QString nextLine()
+    {
         QElapsedTimer timer;
         timer.start();
         while (!process.canReadLine() && timer.elapsed() < 5000)
@@ -38,11 +68,7 @@ public:
         return QString::fromUtf8(process.readLine()).trimmed();
     }
 
-    void command(const QString& line)
-    {
-        process.write(line.toUtf8() + '\n');
-        process.waitForBytesWritten(1000);
-    }
-
-    QProcess process;
+    // Paths printed while a command waited for its answer, kept for nextPath.
+    QStringList paths;
+    int syncs = 0;
 };
