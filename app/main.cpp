@@ -48,6 +48,7 @@ int main(int argc, char* argv[])
     QApplication::setFont(font);
 
     qmlRegisterType<BackEnd>("backend", 1, 0, "BackEnd");
+    qmlRegisterSingletonType(QUrl(QStringLiteral("qrc:/Theme.qml")), "backend", 1, 0, "Theme");
     QQuickStyle::setStyle(QStringLiteral("Material"));
 
     QQmlApplicationEngine engine;

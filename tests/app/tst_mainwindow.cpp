@@ -80,6 +80,7 @@ private slots:
     void initTestCase()
     {
         qmlRegisterType<BackEnd>("backend", 1, 0, "BackEnd");
+        qmlRegisterSingletonType(QUrl(QStringLiteral("qrc:/Theme.qml")), "backend", 1, 0, "Theme");
         QQuickStyle::setStyle("Material");
     }
 

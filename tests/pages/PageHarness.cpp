@@ -69,6 +69,7 @@ void registerOnce()
         return;
     done = true;
     qmlRegisterType<BackEnd>("backend", 1, 0, "BackEnd");
+    qmlRegisterSingletonType(QUrl(QStringLiteral("qrc:/Theme.qml")), "backend", 1, 0, "Theme");
     QQuickStyle::setStyle(QStringLiteral("Material"));
 }
 
