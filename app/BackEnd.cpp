@@ -4,7 +4,9 @@
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaReceiver.h"
 #include "nmea/NmeaSenderUdp.h"
+#include "util/Pressure.h"
 #include "util/SanitizerSync.h"
+#include "util/SettingKeys.h"
 #include "util/Truncation.h"
 #include "util/Util.h"
 
@@ -27,19 +29,11 @@ BackEnd* backend = nullptr;
 
 namespace {
 
-constexpr double NoPressure = -2000.0;
 constexpr qint64 ReadingLifetimeMs = 60000;
 
 bool isSource(int type)
 {
     return type >= Internal && type <= Udp;
-}
-
-// Station pressure divided by this is the pressure at sea level; h in metres. The order of
-// the operations is kept as written so that results match to the last bit.
-double seaLevelFactor(double h)
-{
-    return std::pow(1.0 + h * -22.55687745833333 / 1000000.0, 5.2561);
 }
 
 } // namespace
@@ -53,9 +47,9 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
     appPath = QStringLiteral("./");
     tickCounter = 768;
 
-    doubleKeys = {QStringLiteral("elevation"), QStringLiteral("offset")};
-    stringKeys = {QStringLiteral("SettingSerialPort"), QStringLiteral("SettingSerialSpeed"),
-                  QStringLiteral("SettingTcpIpAddress")};
+    doubleKeys = {SettingKey::Elevation, SettingKey::Offset};
+    stringKeys = {SettingKey::SerialPort, SettingKey::SerialSpeed,
+                  SettingKey::TcpIpAddress};
 
     timerData.setInterval(2000);
     timerData.setTimerType(Qt::PreciseTimer);
@@ -63,8 +57,8 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
 
     settings = new QSettings(appPath + QStringLiteral("brinholt.ini"), QSettings::IniFormat, this);
 
-    settings->value(QStringLiteral("version"), QStringLiteral("1.0"));
-    settings->setValue(QStringLiteral("version"), getVersion());
+    settings->value(SettingKey::Version, SettingDefault::Version);
+    settings->setValue(SettingKey::Version, getVersion());
 
     startLocationServices();
 
@@ -130,7 +124,7 @@ double BackEnd::getCurrentPressure()
         if (value > 0.0 && pressureAge[type].isValid() && pressureAge[type].elapsed() < ReadingLifetimeMs)
             return value;
     }
-    return NoPressure;
+    return Pressure::None;
 }
 
 void BackEnd::setPositionData(const QPointF& position, const double& sog, const double& cog,
@@ -202,7 +196,7 @@ std::pair<double, double> BackEnd::getCogSog() const
 
 void BackEnd::slot_timerData()
 {
-    if (settings->value(QStringLiteral("theme"), 0).toInt() == 2) {
+    if (settings->value(SettingKey::Theme, SettingDefault::Theme).toInt() == 2) {
         const int answer = isSystemDarkMode() ? 1 : 0;
         if (answer != previousTheme) {
             previousTheme = answer;
@@ -251,13 +245,13 @@ void BackEnd::stepTickCounter()
 
 QString BackEnd::displayPressure(double reading)
 {
-    const double elevation = settings->value(QStringLiteral("elevation"), 0.0).toDouble();
-    const int preDisplay = settings->value(QStringLiteral("preDisplay"), 0).toInt();
+    const double elevation = settings->value(SettingKey::Elevation, SettingDefault::Elevation).toDouble();
+    const int preDisplay = settings->value(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
     // Read as an integer default on purpose: an absent key is integer zero.
-    const double offset = settings->value(QStringLiteral("offset"), 0).toDouble();
+    const double offset = settings->value(SettingKey::Offset, SettingDefault::OffsetAtTick).toDouble();
     double value = reading + offset;
     if (preDisplay != 1)
-        value /= seaLevelFactor(elevation);
+        value /= Pressure::seaLevelFactor(elevation);
     return Util::formatPressure(value, true);
 }
 
@@ -324,7 +318,7 @@ QString BackEnd::getPressureSource()
 QString BackEnd::getPressureUnit()
 {
     static const char* const names[] = {"mb", "hPa", "kPa", "inHg", "mmHg"};
-    const int unit = settings->value(QStringLiteral("unitPre"), 0).toInt();
+    const int unit = settings->value(SettingKey::UnitPre, SettingDefault::UnitPre).toInt();
     if (unit < 0 || unit > 4)
         return QString();
     return QString::fromLatin1(names[unit]);
@@ -332,13 +326,13 @@ QString BackEnd::getPressureUnit()
 
 double BackEnd::convertToHpa(double value)
 {
-    switch (settings->value(QStringLiteral("unitPre"), 0).toInt()) {
-    case 2:
-        return value * 10.0;
-    case 3:
-        return value / 0.029529983071445;
-    case 4:
-        return value / 0.75006157584566;
+    switch (settings->value(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
+    case Pressure::Kpa:
+        return value * Pressure::HpaPerKpa;
+    case Pressure::InHg:
+        return value / Pressure::InHgPerHpa;
+    case Pressure::MmHg:
+        return value / Pressure::MmHgPerHpa;
     default:
         return value;
     }
@@ -346,13 +340,13 @@ double BackEnd::convertToHpa(double value)
 
 double BackEnd::convertToOther(double value)
 {
-    switch (settings->value(QStringLiteral("unitPre"), 0).toInt()) {
-    case 2:
-        return value / 10.0;
-    case 3:
-        return value * 0.029529983071445;
-    case 4:
-        return value * 0.75006157584566;
+    switch (settings->value(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
+    case Pressure::Kpa:
+        return value / Pressure::HpaPerKpa;
+    case Pressure::InHg:
+        return value * Pressure::InHgPerHpa;
+    case Pressure::MmHg:
+        return value * Pressure::MmHgPerHpa;
     default:
         return value;
     }
@@ -364,30 +358,30 @@ QString BackEnd::getFormatedPressure(int unit, double offset, int levelType, dou
     QString suffix;
     int decimals = 2;
     switch (unit) {
-    case 0:
+    case Pressure::Mb:
         suffix = QStringLiteral(" mb");
         break;
-    case 1:
+    case Pressure::Hpa:
         suffix = QStringLiteral(" hPa");
         break;
-    case 2:
-        value /= 10.0;
+    case Pressure::Kpa:
+        value /= Pressure::HpaPerKpa;
         suffix = QStringLiteral(" kPa");
         break;
-    case 3:
-        value *= 0.029529983071445;
+    case Pressure::InHg:
+        value *= Pressure::InHgPerHpa;
         suffix = QStringLiteral(" inHg");
         decimals = 3;
         break;
-    case 4:
-        value *= 0.75006157584566;
+    case Pressure::MmHg:
+        value *= Pressure::MmHgPerHpa;
         suffix = QStringLiteral(" mmHg");
         break;
     default:
         break;
     }
     if (levelType != 1)
-        value /= seaLevelFactor(levelValue);
+        value /= Pressure::seaLevelFactor(levelValue);
     return QStringLiteral("%1").arg(value, 0, 'f', decimals, QLatin1Char(' ')) + suffix;
 }
 
@@ -402,16 +396,16 @@ void BackEnd::slot_pressureReading()
     if (QPressureReading* reading = pressureSensor.reading())
         setCurrentPressure(reading->pressure() / 100.0, Internal);
 
-    if (settings->value(QStringLiteral("SettingUseUdpOut"), 0).toInt() == 1) {
+    if (settings->value(SettingKey::UseUdpOut, SettingDefault::UseUdpOut).toInt() == 1) {
         if (!senderUdp)
             senderUdp = new NmeaSenderUdp();
         // Whichever source wins, with the user's offset, and always at sea level.
-        double value = getCurrentPressure() + settings->value(QStringLiteral("offset"), 0.0).toDouble();
-        const double elevation = settings->value(QStringLiteral("elevation"), 0.0).toDouble();
+        double value = getCurrentPressure() + settings->value(SettingKey::Offset, SettingDefault::Offset).toDouble();
+        const double elevation = settings->value(SettingKey::Elevation, SettingDefault::Elevation).toDouble();
         if (std::fabs(elevation) > 1e-12)
-            value /= seaLevelFactor(elevation);
+            value /= Pressure::seaLevelFactor(elevation);
         // 5999 here and 10110 at every other reader of the key: kept as it is on purpose.
-        const int port = settings->value(QStringLiteral("updPort"), 5999).toInt();
+        const int port = settings->value(SettingKey::UpdPort, SettingDefault::UpdPortAtSensor).toInt();
         senderUdp->sendPressure(value, port);
     } else if (senderUdp) {
         delete senderUdp;
@@ -426,8 +420,8 @@ void BackEnd::slot_pressureReading()
 void BackEnd::startLocationServices()
 {
     bool wanted = false;
-    if (settings->value(QStringLiteral("SettingPosSource"), 1).toInt() == 1)
-        wanted = settings->value(QStringLiteral("SettingUsePos"), 1).toInt() != 0;
+    if (settings->value(SettingKey::PosSource, SettingDefault::PosSource).toInt() == 1)
+        wanted = settings->value(SettingKey::UsePos, SettingDefault::UsePos).toInt() != 0;
 
     if (!wanted) {
         // The last internal position stays until something clears it.
@@ -492,14 +486,14 @@ void BackEnd::setIosGpsData(double longitude, double latitude, double course, do
 
 void BackEnd::sendInternalPosition()
 {
-    const bool wanted = settings->value(QStringLiteral("SettingUseUdpOut"), 0).toInt() == 1
-            && settings->value(QStringLiteral("sendUdpPos"), 0).toInt() == 1;
+    const bool wanted = settings->value(SettingKey::UseUdpOut, SettingDefault::UseUdpOut).toInt() == 1
+            && settings->value(SettingKey::SendUdpPos, SettingDefault::SendUdpPos).toInt() == 1;
     if (wanted) {
         // The sensor path may make the sender anew after this deletes it; the two do not
         // coordinate.
         if (!senderUdp)
             senderUdp = new NmeaSenderUdp();
-        const int port = settings->value(QStringLiteral("updPort"), 10110).toInt();
+        const int port = settings->value(SettingKey::UpdPort, SettingDefault::UpdPort).toInt();
         const Fix& fix = fixes[Internal];
         QPointF where;
         double speed = 0.0;
@@ -569,10 +563,10 @@ void BackEnd::startNmea()
     }
     // No default for the port here: an absent key is empty text, which is not "None", so
     // a first start makes a receiver with no sources.
-    const bool wanted = settings->value(QStringLiteral("SettingSerialPort")).toString() != QLatin1String("None")
-            || settings->value(QStringLiteral("SettingUseTcp"), 0).toInt() != 0
-            || settings->value(QStringLiteral("SettingUseUdp"), 0).toInt() != 0
-            || settings->value(QStringLiteral("SettingUseUdpOut"), 0).toInt() != 0;
+    const bool wanted = settings->value(SettingKey::SerialPort).toString() != QLatin1String("None")
+            || settings->value(SettingKey::UseTcp, SettingDefault::UseTcp).toInt() != 0
+            || settings->value(SettingKey::UseUdp, SettingDefault::UseUdp).toInt() != 0
+            || settings->value(SettingKey::UseUdpOut, SettingDefault::UseUdpOut).toInt() != 0;
     if (!wanted)
         return;
     receiver = new NmeaReceiver();

@@ -2,6 +2,7 @@
 
 #include "nmea/NmeaSourceType.h"
 #include "util/AgeTimer.h"
+#include "util/Pressure.h"
 #include "util/SeqLock.h"
 
 #include <QtCore/QDateTime>
@@ -151,7 +152,7 @@ private:
     QTimer timerSensor;
     QTimer timerOperation;
     QSettings* settings = nullptr;
-    std::atomic<double> pressure[NmeaSourceCount] = {-2000.0, -2000.0, -2000.0, -2000.0};
+    std::atomic<double> pressure[NmeaSourceCount] = {Pressure::None, Pressure::None, Pressure::None, Pressure::None};
     AgeTimer pressureAge[NmeaSourceCount];
     int tickCounter = 768;
     QSet<QString> doubleKeys;

@@ -4,6 +4,8 @@
 #include "log/CsvExport.h"
 #include "log/GpxExport.h"
 #include "util/Clock.h"
+#include "util/Pressure.h"
+#include "util/SettingKeys.h"
 #include "util/Util.h"
 
 #include <QtCharts/QAbstractAxis>
@@ -114,8 +116,7 @@ double DataSource::seaLevelPressure(double stationPressure, double elevation)
 {
     if (std::fabs(elevation) <= 1e-12)
         return stationPressure;
-    // The order of the operations is kept so that the log agrees with the live display.
-    return stationPressure / std::pow(elevation * -22.55687745833333 / 1000000 + 1.0, 5.2561);
+    return stationPressure / Pressure::seaLevelFactor(elevation);
 }
 
 double DataSource::displayedPressure(double pressure, double elevation, double offset, int preDisplay)
@@ -126,13 +127,13 @@ double DataSource::displayedPressure(double pressure, double elevation, double o
 
 double DataSource::pressureUnitFactor()
 {
-    switch (backend->getSetting(QStringLiteral("unitPre"), 0).toInt()) {
-    case 2:
-        return 0.1;
-    case 3:
-        return 0.029529983071445;
-    case 4:
-        return 0.75006157584566;
+    switch (backend->getSetting(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
+    case Pressure::Kpa:
+        return Pressure::KpaPerHpa;
+    case Pressure::InHg:
+        return Pressure::InHgPerHpa;
+    case Pressure::MmHg:
+        return Pressure::MmHgPerHpa;
     default:
         return 1.0;
     }
@@ -154,8 +155,8 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     lastSampleTime = Clock::currentSecsSinceEpoch();
 
     QSettings* settings = backend->getSettings();
-    const double offset = settings->value(QStringLiteral("offset"), 0.0).toDouble();
-    const double elevation = settings->value(QStringLiteral("elevation"), 0.0).toDouble();
+    const double offset = settings->value(SettingKey::Offset, SettingDefault::Offset).toDouble();
+    const double elevation = settings->value(SettingKey::Elevation, SettingDefault::Elevation).toDouble();
 
     bool inserted = false;
     for (int i = 0; i < tableNames.size(); ++i) {
@@ -278,7 +279,7 @@ void DataSource::updateChart(const int& chartNb)
     seriesPoints.append(QVector<QPointF>());
 
     const double factor = pressureUnitFactor();
-    const int preDisplay = backend->getSetting(QStringLiteral("preDisplay"), 0).toInt();
+    const int preDisplay = backend->getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
 
     QSqlQuery query(database);
     query.setForwardOnly(true);
@@ -361,7 +362,7 @@ QPointF DataSource::getValueAt(const double& timed, const int& chartNb, const QV
     QMutexLocker locker(&mutex);
     QSqlQuery query(database);
 
-    const int preDisplay = backend->getSetting(QStringLiteral("preDisplay"), 0).toInt();
+    const int preDisplay = backend->getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
     const double factor = pressureUnitFactor();
 
     const QString& table = tableNames.at(chartNb);
@@ -438,7 +439,7 @@ QVariantList DataSource::getTableContent(int tableNb)
 {
     QMutexLocker locker(&mutex);
 
-    const int preDisplay = backend->getSetting(QStringLiteral("preDisplay"), 0).toInt();
+    const int preDisplay = backend->getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
 
     QSqlQuery query(database);
     query.setForwardOnly(true);
