@@ -54,6 +54,29 @@ enum Column { Time = 0, Lon = 1, Lat = 2, Cog = 3, Sog = 4, Pre = 5, Ele = 6, Of
 // The mark for "no value here" at the chart cursor, in hPa before conversion.
 constexpr double NoValue = -1000.0;
 
+// The y-axis' bounds in the chosen unit around the values from `min` to `max`. An empty
+// table leaves the start values crossed over, and the negative max tells the page to leave
+// its axis alone.
+void axisBounds(double min, double max, double& low, double& high)
+{
+    const double range = max - min;
+    if (range >= 1.0) {
+        low = std::floor(min);
+        high = std::ceil(max);
+    } else if (range >= 0.5) {
+        low = min - 0.1;
+        high = qMax(max, min + 0.5);
+    } else if (range >= 0.2) {
+        low = min - 0.1;
+        high = qMax(max, min + 0.2);
+    } else {
+        low = qFloor(min * 100 - 1) / 100.0;
+        high = qCeil(max * 100 + 1) / 100.0;
+    }
+    if (qFuzzyCompare(low, high))
+        high += 1.0;
+}
+
 // A hundredth of the chosen unit, which is what the chart and the cursor show.
 double roundToHundredths(double value)
 {
@@ -320,26 +343,9 @@ void DataSource::updateChart(const int& chartNb)
         previousTime = time;
     }
 
-    // Bounds in the chosen unit. An empty table leaves the start values crossed over, and
-    // the negative max tells the page to leave its axis alone.
-    const double range = max - min;
     double low;
     double high;
-    if (range >= 1.0) {
-        low = std::floor(min);
-        high = std::ceil(max);
-    } else if (range >= 0.5) {
-        low = min - 0.1;
-        high = qMax(max, min + 0.5);
-    } else if (range >= 0.2) {
-        low = min - 0.1;
-        high = qMax(max, min + 0.2);
-    } else {
-        low = qFloor(min * 100 - 1) / 100.0;
-        high = qCeil(max * 100 + 1) / 100.0;
-    }
-    if (qFuzzyCompare(low, high))
-        high += 1.0;
+    axisBounds(min, max, low, high);
 
     // Still under the lock: the page's handler runs inside this emission and may only call
     // what takes no lock.
