@@ -1,8 +1,7 @@
-#include "app/BackEnd.h"
+#include "app/Composition.h"
 #include "app/SignalWatcher.h"
 #include "app/Startup.h"
 #include "app/TranslationHandler.h"
-#include "log/DataSource.h"
 #include "util/Util.h"
 
 #include <QtCore/QDebug>
@@ -10,10 +9,8 @@
 #include <QtCore/QLocale>
 #include <QtCore/QProcess>
 #include <QtCore/QUrl>
+#include <QtGui/QFont>
 #include <QtQml/QQmlApplicationEngine>
-#include <QtQml/QQmlContext>
-#include <QtQuick/QQuickView>
-#include <QtQuickControls2/QQuickStyle>
 #include <QtWidgets/QApplication>
 
 namespace {
@@ -47,16 +44,13 @@ int main(int argc, char* argv[])
     font.setCapitalization(QFont::MixedCase);
     QApplication::setFont(font);
 
-    qmlRegisterType<BackEnd>("backend", 1, 0, "BackEnd");
-    qmlRegisterSingletonType(QUrl(QStringLiteral("qrc:/Theme.qml")), "backend", 1, 0, "Theme");
-    QQuickStyle::setStyle(QStringLiteral("Material"));
+    Composition::registerTypes();
 
     QQmlApplicationEngine engine;
-    TranslationHandler translationHandler(&engine);
-    engine.rootContext()->setContextProperty(QStringLiteral("translateHandler"), &translationHandler);
-    translationHandler.selectLanguage(language);
+    Composition composition(engine);
+    composition.translations().selectLanguage(language);
 
-    const QUrl url(QStringLiteral("qrc:/main"));
+    const QUrl url = Composition::MainPage;
     QObject::connect(&engine, &QQmlApplicationEngine::objectCreated, &app,
                      [url](QObject* object, const QUrl& objectUrl) {
                          if (!object && url == objectUrl)
@@ -64,24 +58,14 @@ int main(int argc, char* argv[])
                      },
                      Qt::QueuedConnection);
 
-    // Never shown: the visible window is the main page's. Its root context is the engine's.
-    QQuickView view(&engine, nullptr);
-    view.setResizeMode(QQuickView::SizeRootObjectToView);
-
-    backend = new BackEnd(&engine);
-    view.rootContext()->setContextProperty(QStringLiteral("backend"), backend);
-    dataSource = new DataSource(&view, nullptr);
-    view.rootContext()->setContextProperty(QStringLiteral("dataSource"), dataSource);
+    composition.build();
 
     SignalWatcher signalWatcher;
     QObject::connect(&signalWatcher, &SignalWatcher::terminationRequested, &app, &QCoreApplication::quit);
 
-    engine.load(url);
+    composition.load();
     const int status = QApplication::exec();
 
-    delete dataSource;
-    dataSource = nullptr;
-    delete backend;
-    backend = nullptr;
+    composition.tearDown();
     return status;
 }
