@@ -1,6 +1,6 @@
 #include "app/Composition.h"
-#include "support/MessageLog.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtCore/QSettings>
 #include <QtGui/QGuiApplication>

@@ -1,7 +1,7 @@
 #include "nmea/NmeaSourceUdp.h"
 
 #include "SourceFixture.h"
-#include "support/MessageLog.h"
+#include "tests/support/MessageLog.h"
 
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>

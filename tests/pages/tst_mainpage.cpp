@@ -1,5 +1,5 @@
 #include "PageHarness.h"
-#include "support/HostTheme.h"
+#include "tests/support/HostTheme.h"
 
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
