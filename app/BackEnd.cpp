@@ -7,6 +7,7 @@
 #include "util/Pressure.h"
 #include "util/SanitizerSync.h"
 #include "util/SettingKeys.h"
+#include "util/SettingsReader.h"
 #include "util/Truncation.h"
 #include "util/Util.h"
 
@@ -31,6 +32,21 @@ namespace {
 
 constexpr qint64 ReadingLifetimeMs = 60000;
 
+// Util's settings: those of whichever BackEnd is the global one at the moment of the call,
+// and the caller's default while there is none (before start-up has made one).
+class CurrentBackEndSettings : public SettingsReader
+{
+public:
+    QVariant value(const QString& key, const QVariant& def) const override
+    {
+        if (!backend || !backend->getSettings())
+            return def;
+        return backend->getSettings()->value(key, def);
+    }
+};
+
+const CurrentBackEndSettings currentBackEndSettings;
+
 bool isSource(int type)
 {
     return type >= Internal && type <= Udp;
@@ -44,6 +60,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
 {
     qWarning().noquote() << "BackEnd starting";
     backend = this;
+    SettingsReader::install(&currentBackEndSettings);
     appPath = QStringLiteral("./");
     tickCounter = 768;
 

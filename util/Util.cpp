@@ -1,7 +1,7 @@
 #include "util/Util.h"
 
-#include "app/BackEnd.h"
 #include "util/SettingKeys.h"
+#include "util/SettingsReader.h"
 #include "util/Truncation.h"
 
 #include <QtCore/QCoreApplication>
@@ -31,13 +31,9 @@ constexpr int BundleLevels = 0;
 constexpr double InHgPerHpa = 0.029529983071445;
 constexpr double MmHgPerHpa = 0.75006157584566;
 
-// Read anew at every call, so that a change on the settings page shows at the next call.
-// Without a backend (before start-up has made one) the caller's default stands.
 QVariant setting(const QString& key, const QVariant& def)
 {
-    if (!backend || !backend->getSettings())
-        return def;
-    return backend->getSettings()->value(key, def);
+    return SettingsReader::read(key, def);
 }
 
 int intSetting(const QString& key, int def)
@@ -187,7 +183,7 @@ QString Util::formatDateLong(const QDateTime& dateTime)
 
 QString Util::formatDateTimeLong(const QDateTime& dateTime)
 {
-    const int timeFormat = backend ? backend->getSetting(SettingKey::TimeFormat, SettingDefault::TimeFormat).toInt() : 0;
+    const int timeFormat = intSetting(SettingKey::TimeFormat, SettingDefault::TimeFormat);
     const QDateTime local = convertDateTime(dateTime);
     // The closing blank of the date format parts the date from the time.
     const QString datePart = local.date().toString(convertDateFormat(QStringLiteral("dd/MM/yyyy ")));
