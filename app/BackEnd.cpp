@@ -12,6 +12,7 @@
 #include "util/Util.h"
 
 #include <QtCore/QDebug>
+#include <QtCore/QFile>
 #include <QtCore/QSettings>
 #include <QtCore/QThread>
 #include <QtCore/QtMath>
@@ -52,6 +53,13 @@ bool isSource(int type)
     return type >= Internal && type <= Udp;
 }
 
+// Keys getSetting gives as a double; the last three are the pressure-fall warning's bounds.
+QSet<QString> doubleSettingKeys()
+{
+    return {SettingKey::Elevation, SettingKey::Offset, SettingKey::WarningFall3h,
+            SettingKey::AlarmFall3h, SettingKey::AlarmFall1h};
+}
+
 } // namespace
 
 BackEnd::BackEnd(QQmlApplicationEngine* engine)
@@ -64,7 +72,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
     appPath = QStringLiteral("./");
     tickCounter = 768;
 
-    doubleKeys = {SettingKey::Elevation, SettingKey::Offset};
+    doubleKeys = doubleSettingKeys();
     stringKeys = {SettingKey::SerialPort, SettingKey::SerialSpeed,
                   SettingKey::TcpIpAddress};
 
@@ -76,6 +84,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
 
     settings->value(SettingKey::Version, SettingDefault::Version);
     settings->setValue(SettingKey::Version, getVersion());
+    settingsMirror.load(*settings);
 
     startLocationServices();
 
@@ -101,6 +110,29 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
     startNmea();
 
     qWarning().noquote() << "BackEnd created";
+}
+
+void BackEnd::publishWarning(const WarningState& state)
+{
+    warningState.store((state.changedAt << 3) | (state.acknowledged ? 4 : 0) | (state.level & 3),
+                       std::memory_order_release);
+}
+
+WarningState BackEnd::getWarningState() const
+{
+    const qint64 packed = warningState.load(std::memory_order_acquire);
+    return WarningState{int(packed & 3), (packed & 4) != 0, packed >> 3};
+}
+
+BackEnd::BackEnd(SettingsOnly)
+    : QObject(nullptr)
+{
+    backend = this;
+    appPath = QStringLiteral("./");
+    doubleKeys = doubleSettingKeys();
+    stringKeys = {SettingKey::SerialPort, SettingKey::SerialSpeed, SettingKey::TcpIpAddress};
+    settings = new QSettings(appPath + QStringLiteral("brinholt.ini"), QSettings::IniFormat, this);
+    settingsMirror.load(*settings);
 }
 
 BackEnd::~BackEnd()
@@ -247,7 +279,8 @@ void BackEnd::slot_timerData()
     const bool written = dataSource != nullptr
             && dataSource->addData(tickCounter, chosen.position.x(), chosen.position.y(), chosen.cog,
                                    chosen.sog, getCurrentPressure());
-    if (written)
+    // A log that cannot keep rows would otherwise hold the displays still for good.
+    if (written || (dataSource != nullptr && !dataSource->canKeepRows()))
         emit dataUpdated(date, position, cogsog, pressureText);
     stepTickCounter();
 }
@@ -276,7 +309,9 @@ QString BackEnd::displayPressure(double reading)
 
 QVariant BackEnd::getSetting(QString key, QVariant def)
 {
-    const QVariant value = settings->value(key, def);
+    // The receiver's thread reads the copy; the QSettings object is the main thread's.
+    const QVariant value = QThread::currentThread() == thread() ? settings->value(key, def)
+                                                                : settingsMirror.value(key, def);
     if (doubleKeys.contains(key))
         return QVariant(value.toDouble());
     if (stringKeys.contains(key))
@@ -287,6 +322,7 @@ QVariant BackEnd::getSetting(QString key, QVariant def)
 void BackEnd::setSetting(QString key, QVariant val)
 {
     settings->setValue(key, val);
+    settingsMirror.setValue(key, val);
 }
 
 void BackEnd::syncSettings()
@@ -600,24 +636,57 @@ void BackEnd::startNmea()
 
 // ---- Help and privacy documents -------------------------------------------------------
 
+namespace {
+
+// The whole document as text, cut at its first NUL; empty when the resource is missing.
+QString readDocument(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QString();
+    const QByteArray bytes = file.readAll();
+    file.close();
+    return QString(bytes);
+}
+
+} // namespace
+
 QString BackEnd::getHelpHtml()
 {
-    return QString();
+    QString html = readDocument(QStringLiteral(":/Help/English/DesktopHelp.htm"));
+    // The order matters: small text must end one step up, not two.
+    html.replace(QStringLiteral("<img "), QStringLiteral("&nbsp;<img "));
+    html.replace(QStringLiteral(" large;"), QStringLiteral(" x-large;"));
+    html.replace(QStringLiteral(" small;"), QStringLiteral(" large;"));
+    html.replace(QStringLiteral("src=\"./Brinholt Help_files/"), QStringLiteral("src=\"/Help/English/"));
+    return html;
 }
 
 QUrl BackEnd::getHelpBaseUrl()
 {
-    return QUrl();
+    return QUrl::fromLocalFile(appPath + QStringLiteral("help_files"));
 }
 
 QUrl BackEnd::getHelpUrl()
 {
-    return QUrl();
+    if (getSetting(SettingKey::Language, SettingDefault::Language).toInt() != 0)
+        return QUrl::fromLocalFile(appPath + QStringLiteral("help_files/French/Brinholt_help_vQT_FRENCH.htm"));
+    return QUrl::fromLocalFile(appPath + QStringLiteral("help_files/English/Brinholt_help_vQT.htm"));
 }
 
 QString BackEnd::getPrivacyPolicy()
 {
-    return QString();
+    const bool english = getSetting(SettingKey::Language, SettingDefault::Language).toInt() == 0;
+    QString html = readDocument(english ? QStringLiteral(":/Help/English/brinholt_privacy_policy_en.html")
+                                        : QStringLiteral(":/Help/French/brinholt_privacy_policy_fr.html"));
+    html.replace(QStringLiteral("<img "), QStringLiteral("&nbsp;<img "));
+    html.replace(QStringLiteral(" small;"), QStringLiteral(" medium;"));
+    // Read again: the language may have changed since the document was chosen.
+    if (getSetting(SettingKey::Language, SettingDefault::Language).toInt() != 0)
+        html.replace(QStringLiteral("src=\""), QStringLiteral("src=\"/Help/French/"));
+    else
+        html.replace(QStringLiteral("src=\""), QStringLiteral("src=\"/Help/English/"));
+    return html;
 }
 
 // ---- Host queries ---------------------------------------------------------------------

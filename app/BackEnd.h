@@ -1,9 +1,11 @@
 #pragma once
 
+#include "app/SettingsMirror.h"
 #include "nmea/NmeaSourceType.h"
 #include "util/AgeTimer.h"
 #include "util/Pressure.h"
 #include "util/SeqLock.h"
+#include "util/WarningState.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QObject>
@@ -34,6 +36,10 @@ class BackEnd : public QObject
 
 public:
     explicit BackEnd(QQmlApplicationEngine* engine = nullptr);
+    // Settings and the data folder only: no location service, sensor, tick or receiver,
+    // for work done from the command line while the instrument may be running elsewhere.
+    struct SettingsOnly {};
+    explicit BackEnd(SettingsOnly);
     ~BackEnd() override;
 
     // Readings. These are called from the receiver's thread as well as the main thread.
@@ -44,6 +50,11 @@ public:
     QPointF getPosition() const;
     // Course, then speed, of the source that has the position.
     std::pair<double, double> getCogSog() const;
+
+    // The pressure-fall warning as the UDP output tells it: published on the main thread at
+    // each change, read by the receiver's output tick.
+    void publishWarning(const WarningState& state);
+    WarningState getWarningState() const;
 
     // A phone host's position entry: longitude, latitude, course in degrees and speed in
     // metres per second. The desktop never calls it.
@@ -56,6 +67,8 @@ public:
     NmeaReceiver* getReceiver() const { return receiver; }
     // The sender of the internal sensor and location paths, or null.
     NmeaSenderUdp* getSenderUdp() const { return senderUdp; }
+    // When the application last left the active state, in UTC; null before that.
+    QDateTime getPauseTime() const { return pauseTime; }
 
 signals:
     void sendCalibration(QString message);
@@ -152,7 +165,12 @@ private:
     QTimer timerSensor;
     QTimer timerOperation;
     QSettings* settings = nullptr;
+    // What the receiver's thread reads through getSetting.
+    SettingsMirror settingsMirror;
     std::atomic<double> pressure[NmeaSourceCount] = {Pressure::None, Pressure::None, Pressure::None, Pressure::None};
+    // Level in the two low bits, acknowledgement in the third, the time above: one word, so
+    // that the output tick never sees half of a change.
+    std::atomic<qint64> warningState{0};
     AgeTimer pressureAge[NmeaSourceCount];
     int tickCounter = 768;
     QSet<QString> doubleKeys;

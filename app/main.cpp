@@ -1,7 +1,13 @@
+#include "app/AlarmSound.h"
+#include "app/CommandLine.h"
 #include "app/Composition.h"
+#include "app/DesktopNotifier.h"
 #include "app/SignalWatcher.h"
 #include "app/Startup.h"
 #include "app/TranslationHandler.h"
+#include "app/WarningAnnouncer.h"
+#include "log/DataSource.h"
+#include "util/DataFolder.h"
 #include "util/Util.h"
 
 #include <QtCore/QDebug>
@@ -10,13 +16,24 @@
 #include <QtCore/QProcess>
 #include <QtCore/QUrl>
 #include <QtGui/QFont>
+#include <QtGui/QIcon>
 #include <QtQml/QQmlApplicationEngine>
 #include <QtWidgets/QApplication>
 
 namespace {
 
 const QString OrganizationDomain = QStringLiteral("quillmere.com");
-[[maybe_unused]] const QString ApplicationIdentifier = QStringLiteral("com.quillmere.brinholt");
+const QString ApplicationIdentifier = QStringLiteral("com.quillmere.brinholt");
+
+// The application's icon for every window, and the desktop entry that names it.
+void setWindowIcon()
+{
+    QIcon icon;
+    for (const int size : {32, 64, 128, 256})
+        icon.addFile(QStringLiteral(":/icon/%1.png").arg(size), QSize(size, size));
+    QGuiApplication::setWindowIcon(icon);
+    QGuiApplication::setDesktopFileName(ApplicationIdentifier);
+}
 
 } // namespace
 
@@ -27,7 +44,14 @@ int main(int argc, char* argv[])
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Quillmere"));
     QCoreApplication::setOrganizationDomain(OrganizationDomain);
-    QDir::setCurrent(Util::currentPath());
+    const QString callerFolder = QDir::currentPath();
+    const QString dataFolder = Util::currentPath();
+    // An installed copy's folder is made on its first start and gets the catalogues.
+    DataFolder::prepare(QCoreApplication::applicationDirPath(), dataFolder);
+    QDir::setCurrent(dataFolder);
+    if (const std::optional<int> status = CommandLine::handle(QCoreApplication::arguments(), callerFolder))
+        return *status;
+    setWindowIcon();
 
     // Only macOS puts applications to sleep behind the user's back; elsewhere there is
     // nothing to switch off.
@@ -59,6 +83,11 @@ int main(int argc, char* argv[])
                      Qt::QueuedConnection);
 
     composition.build();
+
+    // The pressure-fall warning reaches the navigator beyond the pages.
+    DesktopNotifier notifier;
+    AlarmSound alarmSound;
+    WarningAnnouncer announcer(*composition.log()->getWarning(), notifier, alarmSound);
 
     SignalWatcher signalWatcher;
     QObject::connect(&signalWatcher, &SignalWatcher::terminationRequested, &app, &QCoreApplication::quit);

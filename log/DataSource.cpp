@@ -1,6 +1,7 @@
 #include "log/DataSource.h"
 
 #include "app/BackEnd.h"
+#include "log/Barogram.h"
 #include "log/CsvExport.h"
 #include "log/GpxExport.h"
 #include "util/Clock.h"
@@ -47,6 +48,14 @@ const QString NewestTime = QStringLiteral("SELECT TIME FROM %1 ORDER BY TIME DES
 const QString RowsNewestFirst = QStringLiteral("SELECT * FROM %1 ORDER BY TIME DESC");
 const QString DeleteRow = QStringLiteral("DELETE FROM %1 WHERE TIME = %2;");
 const QString DeleteAll = QStringLiteral("DELETE FROM %1");
+const QString LastFix = QStringLiteral("SELECT * FROM %1 WHERE LON <> 0 OR LAT <> 0 ORDER BY TIME DESC LIMIT 1");
+
+// Pages of the log file in bytes. Each commit appends every page it changed to the
+// write-ahead log, so small pages cut what a row costs the disk; rows are some 60 bytes.
+constexpr int PageSize = 512;
+// Seconds of the clock between two checkpoints, each of which syncs the write-ahead log
+// and then the file: the most a power cut can take beyond what the kernel wrote back.
+constexpr qint64 CheckpointInterval = 300;
 
 // Columns of a row, in the order of the table's definition.
 enum Column { Time = 0, Lon = 1, Lat = 2, Cog = 3, Sog = 4, Pre = 5, Ele = 6, Ofs = 7 };
@@ -99,6 +108,11 @@ DataSource::DataSource(QQuickView* view, QObject* parent)
 
     const QString path = databasePath();
     const bool existed = QFileInfo::exists(path);
+    // The log needs the folder itself, for the file and for the write-ahead log beside it.
+    const QString folder = QFileInfo(path).absolutePath();
+    folderWritable = QFileInfo(folder).isWritable();
+    if (!folderWritable)
+        qWarning().noquote() << "data folder not writable, no pressure log is kept:" << folder;
 
     if (QSqlDatabase::contains(ConnectionName)) {
         database = QSqlDatabase::database(ConnectionName);
@@ -107,6 +121,7 @@ DataSource::DataSource(QQuickView* view, QObject* parent)
         database.setDatabaseName(path);
         database.open();
     }
+    prepareJournal();
 
     if (!existed) {
         QSqlQuery query(database);
@@ -211,9 +226,56 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     if (!inserted)
         return false;
     setTrend();
+    const std::optional<double> fall3h = rawFallSince(10800, pressure);
+    const std::optional<double> fall1h = rawFallSince(3600, pressure);
     // Every statement commits by itself; there is no transaction for this to end.
     database.commit();
+    checkpointIfDue();
+    // Outside the lock: the warning's handlers on the pages may read the log.
+    locker.unlock();
+    warning.evaluate(fall3h, fall1h, lastSampleTime);
     return true;
+}
+
+// Write-ahead logging with normal synchronisation. A commit appends the pages it changed
+// to brinholt.db-wal and returns without waiting for the disk: the row is then in the
+// kernel's hands and survives the process being killed, and a reader or the next start
+// finds it there. Only a checkpoint syncs, the log first and the file after it, so the
+// disk sees a few syncs a minute instead of several per statement. A power cut can lose
+// the commits since the latest sync: at most the interval between checkpoints, and in
+// practice less, since the kernel writes dirty pages back after about half a minute by
+// itself. It never damages the file: every frame of the log carries a checksum chained to
+// the ones before it, recovery stops at the first that does not follow, and the file
+// itself is written only from frames already synced.
+void DataSource::prepareJournal()
+{
+    if (!database.isOpen())
+        return;
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (query.exec(QStringLiteral("PRAGMA journal_mode")) && query.next()
+        && query.value(0).toString().compare(QLatin1String("wal"), Qt::CaseInsensitive) != 0) {
+        query.finish();
+        // A file of an earlier version, or a new one. The page size changes only when the
+        // file is rewritten, and only outside write-ahead logging; on an empty file the
+        // rewrite costs nothing.
+        query.exec(QStringLiteral("PRAGMA page_size=%1").arg(PageSize));
+        query.exec(QStringLiteral("VACUUM"));
+        query.exec(QStringLiteral("PRAGMA journal_mode=WAL"));
+    }
+    query.finish();
+    query.exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
+    lastCheckpoint = Clock::currentSecsSinceEpoch();
+}
+
+void DataSource::checkpointIfDue()
+{
+    // Either way: a clock stepped back must not put the next checkpoint off for hours.
+    if (qAbs(lastSampleTime - lastCheckpoint) < CheckpointInterval)
+        return;
+    lastCheckpoint = lastSampleTime;
+    QSqlQuery query(database);
+    query.exec(QStringLiteral("PRAGMA wal_checkpoint(PASSIVE)"));
 }
 
 void DataSource::closeDatabase()
@@ -225,6 +287,9 @@ void DataSource::closeDatabase()
     {
         QSqlQuery query(database);
         query.exec(QStringLiteral("VACUUM"));
+        // The compacted pages are still in the write-ahead log; fold them into the file,
+        // which shrinks it, also while another connection keeps the file open.
+        query.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
     }
     database.close();
 }
@@ -240,6 +305,7 @@ void DataSource::openDatabase()
         database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), ServiceConnectionName);
     database.setDatabaseName(path);
     database.open();
+    prepareJournal();
 }
 
 // ---- Tendency -------------------------------------------------------------------------
@@ -268,6 +334,28 @@ void DataSource::setTrend()
     else if (size < 3.0)
         level = 3;
     trend = change >= 0.0 ? level : -level;
+}
+
+QPointF DataSource::lastFix(int tableNb)
+{
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    query.exec(LastFix.arg(tableNames.value(tableNb)));
+    if (!query.next())
+        return QPointF();
+    return QPointF(query.value(Lon).toDouble(), query.value(Lat).toDouble());
+}
+
+// Raw on both sides, as the tendency is: the reading this firing logged against the row.
+std::optional<double> DataSource::rawFallSince(qint64 age, double pressure)
+{
+    QSqlQuery query(database);
+    query.exec(NearestInBaro3h.arg(lastSampleTime - age));
+    if (!query.next())
+        return std::nullopt;
+    if (qAbs(lastSampleTime - query.value(Time).toLongLong() - age) > 30)
+        return std::nullopt;
+    return query.value(Pre).toDouble() - pressure;
 }
 
 int DataSource::getTrend()
@@ -514,6 +602,19 @@ void DataSource::exportFile(int tableNb, QString fileName)
         exportGpx(tableNb, fileName);
     else
         exportCsv(tableNb, fileName);
+}
+
+bool DataSource::exportBarogram(int tableNb, QString fileName)
+{
+    if (tableNb < 0 || tableNb >= TableCount)
+        return false;
+    fileName.remove(QStringLiteral("file://"), Qt::CaseSensitive);
+    const QString written = fileName.isEmpty() ? QStringLiteral("barogram_%1.pdf").arg(tableNames.at(tableNb)) : fileName;
+    // Takes no lock itself: the barogram reads the curve through updateChart.
+    if (!Barogram(*this, tableNb).save(fileName.isEmpty() ? backend->getAppPath() + written : fileName))
+        return false;
+    showFile(fileName, written);
+    return true;
 }
 
 QString DataSource::defaultExportName(int tableNb, const QString& extension) const

@@ -10,6 +10,10 @@
 #include <QtCore/QVector>
 #include <QtSql/QSqlDatabase>
 
+#include "log/PressureWarning.h"
+
+#include <optional>
+
 class QQuickView;
 
 // The pressure log: nine SQLite tables of growing span, decimated at write time.
@@ -25,6 +29,8 @@ class QQuickView;
 class DataSource : public QObject
 {
     Q_OBJECT
+    // The pressure-fall warning, judged after each firing that writes a row.
+    Q_PROPERTY(PressureWarning* warning READ getWarning CONSTANT)
 
 public:
     explicit DataSource(QQuickView* view, QObject* parent = nullptr);
@@ -35,6 +41,9 @@ public:
                  const double& sog, const double& pressure);
     void openDatabase();
     void closeDatabase();
+    // False when the data folder could not be written at start: no row can be kept, and
+    // the tick shows its readings without waiting for one.
+    bool canKeepRows() const { return folderWritable; }
 
     static constexpr int TableCount = 9;
     const QStringList& getTableNames() const { return tableNames; }
@@ -44,6 +53,9 @@ public:
     // Station pressure reduced to sea level; elevation in metres. A zero elevation leaves
     // the pressure as it is.
     static double seaLevelPressure(double stationPressure, double elevation);
+    PressureWarning* getWarning() { return &warning; }
+    // The newest position of a table that is not (0, 0); (0, 0) when it has none.
+    QPointF lastFix(int tableNb);
 
 signals:
     void chartUpdated(QVariant now, double min, double max, int seriesCount);
@@ -64,10 +76,21 @@ public:
     Q_INVOKABLE void exportGpx(int tableNb, QString fileName = QString());
     Q_INVOKABLE QPointF getValueAt(const double& timed, const int& chartNb, const QVariant& startDate);
     Q_INVOKABLE void exportFile(int tableNb, QString fileName);
+    // The table as a barogram, PNG or PDF by the file's extension; with no name, a PDF in
+    // the data folder. The file is shown as the exports are. False if it was not written.
+    Q_INVOKABLE bool exportBarogram(int tableNb, QString fileName = QString());
 
 private:
     void setTrend();
+    // How far the raw pressure fell since the BARO3H row within 30 s of `age` seconds
+    // before the latest sample; nothing when there is no such row.
+    std::optional<double> rawFallSince(qint64 age, double pressure);
     QString databasePath() const;
+    // Journal and sync settings of the open connection; converts a file of an earlier
+    // version, which used a rollback journal.
+    void prepareJournal();
+    // A checkpoint every five minutes of the clock bounds what a power cut can take.
+    void checkpointIfDue();
     // The pressure a row stands for on screen: PRE + OFS, at sea level unless "preDisplay"
     // asks for the station. Kept in hPa.
     static double displayedPressure(double pressure, double elevation, double offset, int preDisplay);
@@ -87,6 +110,9 @@ private:
     QList<int> tableIntervals;
     int trend = -10;
     qint64 lastSampleTime = 0;
+    qint64 lastCheckpoint = 0;
+    bool folderWritable = true;
+    PressureWarning warning;
 };
 
 extern DataSource* dataSource;

@@ -121,7 +121,9 @@ void NmeaReceiver::slot_startReceiving()
         && serialSetting != QLatin1String("None")) {
         // The setting holds the entry as the port list shows it: port name, a blank and a
         // description.
-        const QString portName = serialSetting.split(QLatin1Char(' '), Qt::SkipEmptyParts).first();
+        // A hand-edited setting of blanks only names no port: the source is made with an
+        // empty name, fails to open and retries like any other port that is not there.
+        const QString portName = serialSetting.split(QLatin1Char(' '), Qt::SkipEmptyParts).value(0);
         // Deliberately not "SettingSerialSpeed", which is what the Connections page writes.
         const int speed = backend->getSetting(SettingKey::SerialPortSpeed, SettingDefault::SerialPortSpeed).toInt();
         const int control = backend->getSetting(SettingKey::SerialControl, SettingDefault::SerialControl).toInt();
@@ -167,6 +169,9 @@ void NmeaReceiver::slot_sendUdp()
     const double pressure = backend->getCurrentPressure();
     if (pressure > 0.0)
         sender->sendPressure(pressure, port);
+    if (pressure > 0.0 && backend->getSetting(SettingKey::SendUdpMda, SettingDefault::SendUdpMda).toInt() == 1)
+        sender->sendPressureMda(pressure, port);
+    sendAlarmIfDue(port);
     if (backend->getSetting(SettingKey::SendUdpPos, SettingDefault::SendUdpPos).toInt() == 1) {
         const QPointF position = backend->getPosition();
         // Exactly zero in both, not QPointF's fuzzy equality.
@@ -177,4 +182,17 @@ void NmeaReceiver::slot_sendUdp()
             sender->sendPosition(position, cogSog.first, cogSog.second, port);
         }
     }
+}
+
+void NmeaReceiver::sendAlarmIfDue(int port)
+{
+    // At each change of the warning, and every 60 ticks while a level holds, so that a
+    // display that joins later learns of it.
+    const WarningState state = backend->getWarningState();
+    ++ticksSinceAlr;
+    if (state == alrSent && (state.level == 0 || ticksSinceAlr < 60))
+        return;
+    sender->sendAlarm(state.changedAt, state.level, state.acknowledged, port);
+    alrSent = state;
+    ticksSinceAlr = 0;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+
 #include "nmea/NmeaMessageType.h"
 #include "nmea/NmeaSourceType.h"
+#include "util/WarningState.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>
@@ -55,6 +57,8 @@ private slots:
     void slot_stopOnOwnThread();
 
 private:
+    // ALR for the pressure-fall warning, from the output tick.
+    void sendAlarmIfDue(int port);
     // How quitThread and the worker thread take turns when the main thread ends it.
     struct QuitHandshake
     {
@@ -66,6 +70,9 @@ private:
     QList<NmeaSource*> sources;
     QTimer* timerSend = nullptr;
     NmeaSenderUdp* sender = nullptr;
+    // The warning as the last ALR told it, and the output ticks since.
+    WarningState alrSent;
+    int ticksSinceAlr = 0;
     std::shared_ptr<QuitHandshake> quitHandshake;
 
     static std::atomic<int> delayBehindSerial;

@@ -85,6 +85,50 @@ bool NmeaSenderUdp::sendPosition(const QPointF& position, const double& sog, con
     return send(positionNmeaRMC(position, sog, cog), port, "error in send position");
 }
 
+QString NmeaSenderUdp::pressureNmeaMDA(const double& pressure)
+{
+    // The formatting routines keep their own unit factors; this is the inches one.
+    constexpr double InHgPerHpa = 0.029529983071445;
+    const QString text = QStringLiteral("$WIMDA,%1,I,%2,B,,,,,,,,,,,,,,,,")
+                                 .arg(pressure * InHgPerHpa, 0, 'f', 4)
+                                 .arg(pressure / 1000.0, 0, 'f', 5);
+    return text + QLatin1Char('*') + computeChecksum(text.toUtf8());
+}
+
+bool NmeaSenderUdp::sendPressureMda(const double& pressure, const int& port)
+{
+    if (!socket) {
+        qWarning().noquote() << "no udp socket (mda)";
+        return false;
+    }
+    return send(pressureNmeaMDA(pressure), port, "error in send mda");
+}
+
+QString NmeaSenderUdp::alarmNmeaALR(const qint64& changedAt, const int& level, const bool& acknowledged)
+{
+    // One alarm number for the pressure fall; the text tells the level. Plain ASCII in
+    // capitals, as the receiving displays expect, and short of the sentence's 82 bytes.
+    static const char* const texts[] = {"PRESSURE FALL ENDED", "PRESSURE FALLING QUICKLY",
+                                        "PRESSURE FALLING VERY RAPIDLY"};
+    const int index = qBound(0, level, 2);
+    const QString text = QStringLiteral("$WIALR,%1,001,%2,%3,%4")
+                                 .arg(QDateTime::fromSecsSinceEpoch(changedAt, Qt::UTC)
+                                              .toString(QStringLiteral("hhmmss.00")))
+                                 .arg(index == 0 ? QLatin1Char('V') : QLatin1Char('A'))
+                                 .arg(acknowledged ? QLatin1Char('A') : QLatin1Char('V'))
+                                 .arg(QLatin1String(texts[index]));
+    return text + QLatin1Char('*') + computeChecksum(text.toUtf8());
+}
+
+bool NmeaSenderUdp::sendAlarm(const qint64& changedAt, const int& level, const bool& acknowledged, const int& port)
+{
+    if (!socket) {
+        qWarning().noquote() << "no udp socket (alarm)";
+        return false;
+    }
+    return send(alarmNmeaALR(changedAt, level, acknowledged), port, "error in send alarm");
+}
+
 bool NmeaSenderUdp::send(const QString& sentence, const int& port, const char* failed)
 {
     const QByteArray datagram = (sentence + QStringLiteral("\r\n")).toUtf8();

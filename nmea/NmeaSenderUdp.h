@@ -30,6 +30,15 @@ public:
     static QString positionNmeaRMC(const QPointF& position, const double& sog, const double& cog);
     static QString computeChecksum(const QByteArray& sentence);
 
+    // Beyond the XDR and RMC above, for navigation software that reads only these.
+    // MDA: the pressure in inches of mercury (4 decimals) and in bars (5), nothing else.
+    bool sendPressureMda(const double& pressure, const int& port);
+    static QString pressureNmeaMDA(const double& pressure);
+    // ALR for the pressure-fall warning: `level` 0 none, 1 warning, 2 alarm; `changedAt`
+    // the time of the last change of level, in seconds since the epoch.
+    bool sendAlarm(const qint64& changedAt, const int& level, const bool& acknowledged, const int& port);
+    static QString alarmNmeaALR(const qint64& changedAt, const int& level, const bool& acknowledged);
+
     // For inspection: the socket (null while waiting for a restart), the addresses of the
     // last scan, and the byte total of the last send, failed datagrams counting -1.
     QUdpSocket* getSocket() const { return socket; }

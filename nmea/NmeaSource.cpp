@@ -95,6 +95,36 @@ void NmeaSource::scheduleReconnect(int ms)
     QTimer::singleShot(ms, this, &NmeaSource::reconnect);
 }
 
+namespace {
+
+template<typename Text>
+bool dropOldest(Text& buffer)
+{
+    if (buffer.size() <= NmeaSource::MaxUnfinishedLine)
+        return false;
+    buffer.remove(0, buffer.size() - NmeaSource::MaxUnfinishedLine);
+    return true;
+}
+
+} // namespace
+
+void NmeaSource::boundUnfinished(QString& buffer)
+{
+    noteOverflow(dropOldest(buffer));
+}
+
+void NmeaSource::boundUnfinished(QByteArray& buffer)
+{
+    noteOverflow(dropOldest(buffer));
+}
+
+void NmeaSource::noteOverflow(bool dropped)
+{
+    if (dropped && !overflowing)
+        qWarning().noquote() << "unfinished line too long, oldest bytes dropped, source" << static_cast<int>(sourceType);
+    overflowing = dropped;
+}
+
 bool NmeaSource::handOn(const QString& line)
 {
     const QByteArray sentence = line.toUtf8();

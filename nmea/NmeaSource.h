@@ -34,6 +34,12 @@ public:
     // lines at all the buffer is left as it was.
     static QStringList takeCompleteLines(QString& buffer);
 
+    // The most unfinished text a stream source keeps while it waits for a line end. This is
+    // a deliberate limit where there used to be none: a device on the wrong speed never
+    // sends a line end and would grow the process for as long as it runs. It lies far above
+    // the longest sentence any device sends, so no real sentence is ever cut.
+    static constexpr int MaxUnfinishedLine = 16384;
+
     // Milliseconds between attempts to bring a lost transport back. Tests shorten it.
     static int retryIntervalMs() { return retryInterval.load(std::memory_order_relaxed); }
     static void setRetryIntervalMs(int ms) { retryInterval.store(ms, std::memory_order_relaxed); }
@@ -54,6 +60,11 @@ protected:
     void scheduleReconnect() { scheduleReconnect(retryIntervalMs()); }
     // Hands one line to the codec; false if the codec refused it.
     bool handOn(const QString& line);
+    // Keeps the newest MaxUnfinishedLine characters of an unfinished line and drops the
+    // rest; the first drop of an overflow says so, later ones stay quiet until a line has
+    // ended again. Call it with what is left after the complete lines were taken.
+    void boundUnfinished(QString& buffer);
+    void boundUnfinished(QByteArray& buffer);
 
     NmeaReceiver* receiver;
     bool connected = false;
@@ -62,5 +73,10 @@ protected:
     NmeaSourceType sourceType = Internal;
 
 private:
+    void noteOverflow(bool dropped);
+
+    // Whether the unfinished line has overflowed since the last line end.
+    bool overflowing = false;
+
     static std::atomic<int> retryInterval;
 };

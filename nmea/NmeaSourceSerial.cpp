@@ -159,12 +159,15 @@ void NmeaSourceSerial::slot_readyRead()
         nul = buffer.indexOf('\0');
         lines = splitLines(QString::fromUtf8(buffer.constData(), nul >= 0 ? nul : buffer.size()));
     }
-    if (lines.isEmpty())
+    if (lines.isEmpty()) {
+        boundUnfinished(buffer);
         return;
+    }
     if (isLineEnd(QLatin1Char(buffer.back())))
         buffer.clear();
     else
         buffer = lines.takeLast().toUtf8();
+    boundUnfinished(buffer);
 
     for (const QString& line : qAsConst(lines))
         handleLine(line);

@@ -74,6 +74,7 @@ void NmeaSourceTcp::slot_readData()
     const int nul = data.indexOf('\0');
     buffer += QString::fromLatin1(data.constData(), nul >= 0 ? nul : data.size());
     const QStringList lines = takeCompleteLines(buffer);
+    boundUnfinished(buffer);
     if (lines.isEmpty()) {
         if (watchdog)
             watchdog->start();

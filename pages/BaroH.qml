@@ -132,6 +132,13 @@ Item {
             layoutWidth: page.layoutWidth
         }
 
+        WarningStrip {
+            objectName: "warningStrip"
+            Layout.fillWidth: true
+            Layout.margins: visible ? 4 : 0
+            warning: typeof dataSource !== "undefined" && dataSource ? dataSource.warning : null
+        }
+
         Text {
             id: textDate
             objectName: "textDate"
@@ -194,6 +201,18 @@ Item {
             }
             Item {
                 Layout.fillWidth: true
+            }
+            // The span on the chart as a barogram for the logbook, a PDF shown once written.
+            ToolButton {
+                id: buttonBarogram
+                objectName: "buttonBarogram"
+                Layout.alignment: Qt.AlignBottom
+                text: qsTranslate("BaroH", "Barogram")
+                font.capitalization: Font.MixedCase
+                ToolTip.visible: hovered
+                ToolTip.text: qsTranslate("BaroH", "Save a barogram of this span")
+                Accessible.name: ToolTip.text
+                onClicked: dataSource.exportBarogram(page.chartNb)
             }
         }
 

@@ -63,6 +63,13 @@ Item {
             layoutWidth: page.layoutWidth
         }
 
+        WarningStrip {
+            objectName: "warningStrip"
+            Layout.fillWidth: true
+            Layout.margins: visible ? 4 : 0
+            warning: typeof dataSource !== "undefined" && dataSource ? dataSource.warning : null
+        }
+
         Item {
             objectName: "topSpacer"
             Layout.fillWidth: true

@@ -24,7 +24,7 @@ ColumnLayout {
         signal fileSelected(int fileNb)
 
         // Set a moment after the index settles, so that the swipe in progress is not cut.
-        onCurrentIndexChanged: interactiveTimer.restart()
+        onCurrentIndexChanged: interactiveTimer.startFor(50)
 
         FileData {
             id: fileData
@@ -41,10 +41,28 @@ ColumnLayout {
         }
     }
 
+    // A QML timer counts from the last animation frame, and so fires early while the swipe
+    // animates; it is started again for whatever is left, until the time has really passed.
     Timer {
         id: interactiveTimer
         interval: 50
         repeat: false
-        onTriggered: view.interactive = view.currentIndex === 1
+        property double due: 0
+
+        function startFor(ms) {
+            due = Date.now() + ms
+            interval = ms
+            restart()
+        }
+
+        onTriggered: {
+            var left = due - Date.now()
+            if (left > 0) {
+                interval = left
+                restart()
+                return
+            }
+            view.interactive = view.currentIndex === 1
+        }
     }
 }

@@ -64,6 +64,12 @@ ApplicationWindow {
                 ToolButton {
                     id: baroButton
                     objectName: "baroButton"
+                    // Shown only as an icon; the text is what a screen reader says. The context
+                    // is named: a bare qsTr binding in a page without the .qml suffix misses it.
+                    text: qsTranslate("main", "Graph")
+                    display: AbstractButton.IconOnly
+                    Accessible.role: Accessible.Button
+                    Accessible.name: text
                     checkable: false
                     autoExclusive: true
                     smooth: true
@@ -78,6 +84,10 @@ ApplicationWindow {
                 ToolButton {
                     id: dataButton
                     objectName: "dataButton"
+                    text: qsTranslate("main", "Data")
+                    display: AbstractButton.IconOnly
+                    Accessible.role: Accessible.Button
+                    Accessible.name: text
                     checkable: false
                     autoExclusive: true
                     smooth: true
@@ -94,6 +104,10 @@ ApplicationWindow {
                 ToolButton {
                     id: settingsButton
                     objectName: "settingsButton"
+                    text: qsTranslate("main", "Settings")
+                    display: AbstractButton.IconOnly
+                    Accessible.role: Accessible.Button
+                    Accessible.name: text
                     checkable: false
                     autoExclusive: true
                     smooth: true
@@ -110,6 +124,10 @@ ApplicationWindow {
                 ToolButton {
                     id: helpButton
                     objectName: "helpButton"
+                    text: qsTranslate("main", "Help")
+                    display: AbstractButton.IconOnly
+                    Accessible.role: Accessible.Button
+                    Accessible.name: text
                     checkable: false
                     autoExclusive: true
                     smooth: true

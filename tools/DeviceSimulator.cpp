@@ -109,9 +109,32 @@ double DeviceSimulator::currentPressure() const
     // the twice-daily atmospheric tide and a bounded random drift.
     const double t = static_cast<double>(samples);
     const double raw = options.basePressure + 6.0 * std::sin(2.0 * Pi * t / (36.0 * 3600.0))
-            + 1.2 * std::sin(2.0 * Pi * t / (12.0 * 3600.0)) + drift;
+            + 1.2 * std::sin(2.0 * Pi * t / (12.0 * 3600.0)) + drift + scenarioOffset(options.scenario, t);
     // Slope in millibars per bar, pivoting on the reference pressure.
     return raw + calOffset + calSlope * (raw - calReference) / 1000.0;
+}
+
+double DeviceSimulator::scenarioOffset(Scenario scenario, double seconds)
+{
+    if (scenario != Scenario::Depression || seconds <= 0.0)
+        return 0.0;
+    // One smooth trough: the fall starts gently, is steepest after three hours, and the
+    // pressure is back where it started once the low has gone by.
+    const double span = DepressionHours * 3600.0;
+    if (seconds >= span)
+        return 0.0;
+    return -DepressionDepth * (1.0 - std::cos(2.0 * Pi * seconds / span)) / 2.0;
+}
+
+bool DeviceSimulator::scenarioFromName(const QString& name, Scenario* scenario)
+{
+    if (name == QLatin1String("steady"))
+        *scenario = Scenario::Steady;
+    else if (name == QLatin1String("depression"))
+        *scenario = Scenario::Depression;
+    else
+        return false;
+    return true;
 }
 
 QByteArray DeviceSimulator::checksum(const QByteArray& body)

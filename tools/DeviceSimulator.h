@@ -17,8 +17,15 @@ class DeviceSimulator : public QObject
     Q_OBJECT
 
 public:
+    // The weather the device measures.
+    enum class Scenario {
+        Steady,     // a slow swing, the tide and a random drift
+        Depression, // the same, with a low passing over the next hours: a fall, then a rise
+    };
+
     struct Options
     {
+        Scenario scenario = Scenario::Steady;
         int intervalMs = 1000;
         quint32 seed = 1;
         double basePressure = 1013.25;
@@ -61,6 +68,13 @@ public:
     double reference() const { return calReference; }
     // The pressure the device measures now, calibration applied, in hectopascals.
     double currentPressure() const;
+
+    // What the scenario adds to the steady weather `seconds` after the start, in hPa.
+    static double scenarioOffset(Scenario scenario, double seconds);
+    static bool scenarioFromName(const QString& name, Scenario* scenario);
+
+    static constexpr double DepressionDepth = 9.0;
+    static constexpr double DepressionHours = 12.0;
 
     static QByteArray checksum(const QByteArray& body);
     static QByteArray sentence(const QByteArray& body);

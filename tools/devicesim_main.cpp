@@ -13,6 +13,8 @@
 #include <QtCore/QTextStream>
 #include <QtCore/QTimer>
 
+#include <optional>
+
 #include <unistd.h>
 
 namespace {
@@ -50,6 +52,10 @@ void addOptions(QCommandLineParser& parser)
              QStringLiteral("ms"), QStringLiteral("50")},
             {QStringLiteral("link"), QStringLiteral("Keep a symbolic link at this path pointing at the terminal."),
              QStringLiteral("path")},
+            {QStringLiteral("scenario"),
+             QStringLiteral("Weather: steady, or depression (a low passing over the "
+                            "next 12 hours: a fall of 9 hPa, then a rise)."),
+             QStringLiteral("name"), QStringLiteral("steady")},
             {QStringLiteral("silent"), QStringLiteral("Send nothing and answer nothing.")},
             {QStringLiteral("err"), QStringLiteral("Answer every command with ERR.")},
             {QStringLiteral("noise"), QStringLiteral("Send line noise around the sentences.")},
@@ -61,7 +67,8 @@ void addOptions(QCommandLineParser& parser)
     });
 }
 
-DeviceSimulator::Options optionsFrom(const QCommandLineParser& parser)
+// Nothing when the scenario is no known name, which has then been told on stderr.
+std::optional<DeviceSimulator::Options> optionsFrom(const QCommandLineParser& parser)
 {
     DeviceSimulator::Options options;
     options.intervalMs = qMax(1, parser.value(QStringLiteral("interval")).toInt());
@@ -70,6 +77,11 @@ DeviceSimulator::Options optionsFrom(const QCommandLineParser& parser)
     options.basePressure = parser.value(QStringLiteral("pressure")).toDouble();
     options.replyDelayMs = qMax(0, parser.value(QStringLiteral("reply-delay")).toInt());
     options.linkPath = parser.value(QStringLiteral("link"));
+    const QString scenario = parser.value(QStringLiteral("scenario"));
+    if (!DeviceSimulator::scenarioFromName(scenario, &options.scenario)) {
+        QTextStream(stderr) << "unknown scenario " << scenario << Qt::endl;
+        return std::nullopt;
+    }
     options.silent = parser.isSet(QStringLiteral("silent"));
     options.answerErr = parser.isSet(QStringLiteral("err"));
     options.noise = parser.isSet(QStringLiteral("noise"));
@@ -113,7 +125,10 @@ int main(int argc, char* argv[])
     addOptions(parser);
     parser.process(app);
 
-    DeviceSimulator simulator(optionsFrom(parser));
+    const std::optional<DeviceSimulator::Options> options = optionsFrom(parser);
+    if (!options)
+        return 2;
+    DeviceSimulator simulator(*options);
     if (!simulator.open()) {
         QTextStream(stderr) << "no pseudo-terminal available" << Qt::endl;
         return 1;

@@ -94,6 +94,14 @@
         <source>16d</source>
         <translation>16d</translation>
     </message>
+    <message>
+        <source>Barogram</source>
+        <translation>Barogram</translation>
+    </message>
+    <message>
+        <source>Save a barogram of this span</source>
+        <translation>Save a barogram of this span</translation>
+    </message>
 </context>
 <context>
     <name>BaroV</name>
@@ -108,6 +116,108 @@
     <message>
         <source>No pressure data available</source>
         <translation>No pressure data available</translation>
+    </message>
+</context>
+<context>
+    <name>Barogram</name>
+    <message>
+        <source>30 minutes</source>
+        <translation>30 minutes</translation>
+    </message>
+    <message>
+        <source>3 hours</source>
+        <translation>3 hours</translation>
+    </message>
+    <message>
+        <source>6 hours</source>
+        <translation>6 hours</translation>
+    </message>
+    <message>
+        <source>12 hours</source>
+        <translation>12 hours</translation>
+    </message>
+    <message>
+        <source>1 day</source>
+        <translation>1 day</translation>
+    </message>
+    <message>
+        <source>2 days</source>
+        <translation>2 days</translation>
+    </message>
+    <message>
+        <source>4 days</source>
+        <translation>4 days</translation>
+    </message>
+    <message>
+        <source>8 days</source>
+        <translation>8 days</translation>
+    </message>
+    <message>
+        <source>16 days</source>
+        <translation>16 days</translation>
+    </message>
+    <message>
+        <source>Barogram of %1</source>
+        <translation>Barogram of %1</translation>
+    </message>
+    <message>
+        <source>From %1 to %2</source>
+        <translation>From %1 to %2</translation>
+    </message>
+    <message>
+        <source>No readings in this span</source>
+        <translation>No readings in this span</translation>
+    </message>
+    <message>
+        <source>Lowest %1 %3, highest %2 %3</source>
+        <translation>Lowest %1 %3, highest %2 %3</translation>
+    </message>
+    <message>
+        <source>Tendency %1</source>
+        <translation>Tendency %1</translation>
+    </message>
+    <message>
+        <source>Last fix %1</source>
+        <translation>Last fix %1</translation>
+    </message>
+</context>
+<context>
+    <name>CommandLine</name>
+    <message>
+        <source>Usage: brinholt [--export TABLE FILE | --help | --version]
+
+Without options Brinholt opens its window.
+  --export TABLE FILE  write a log table to FILE without opening the window;
+                       the extension chooses the form: .csv, .gpx, .png or .pdf.
+                       TABLE is BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D,
+                       BARO4D, BARO8D or BAR16D, or its number 0 to 8.
+  --help               show this text.
+  --version            show the version.</source>
+        <translation>Usage: brinholt [--export TABLE FILE | --help | --version]
+
+Without options Brinholt opens its window.
+  --export TABLE FILE  write a log table to FILE without opening the window;
+                       the extension chooses the form: .csv, .gpx, .png or .pdf.
+                       TABLE is BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D,
+                       BARO4D, BARO8D or BAR16D, or its number 0 to 8.
+  --help               show this text.
+  --version            show the version.</translation>
+    </message>
+    <message>
+        <source>--export needs a table and a file name.</source>
+        <translation>--export needs a table and a file name.</translation>
+    </message>
+    <message>
+        <source>Unknown table %1: use BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D, BARO4D, BARO8D, BAR16D or 0 to 8.</source>
+        <translation>Unknown table %1: use BARO30M, BARO3H, BARO6H, BAR12H, BARO1D, BARO2D, BARO4D, BARO8D, BAR16D or 0 to 8.</translation>
+    </message>
+    <message>
+        <source>Unknown extension of %1: use .csv, .gpx, .png or .pdf.</source>
+        <translation>Unknown extension of %1: use .csv, .gpx, .png or .pdf.</translation>
+    </message>
+    <message>
+        <source>Cannot write %1.</source>
+        <translation>Cannot write %1.</translation>
     </message>
 </context>
 <context>
@@ -134,6 +244,166 @@
     </message>
 </context>
 <context>
+    <name>FileData</name>
+    <message>
+        <source>Are you sure you want to delete ALL data ?</source>
+        <translation>Are you sure you want to delete ALL data ?</translation>
+    </message>
+    <message>
+        <source>Delete all data</source>
+        <translation>Delete all data</translation>
+    </message>
+    <message>
+        <source>Log tables</source>
+        <translation>Log tables</translation>
+    </message>
+    <message>
+        <source>30m (2 secs interval)</source>
+        <translation>30m (2 secs interval)</translation>
+    </message>
+    <message>
+        <source>3h (6 secs interval)</source>
+        <translation>3h (6 secs interval)</translation>
+    </message>
+    <message>
+        <source>6h (12 secs interval)</source>
+        <translation>6h (12 secs interval)</translation>
+    </message>
+    <message>
+        <source>12h (24 secs interval)</source>
+        <translation>12h (24 secs interval)</translation>
+    </message>
+    <message>
+        <source>1d (48 secs interval)</source>
+        <translation>1d (48 secs interval)</translation>
+    </message>
+    <message>
+        <source>2d (96 secs interval)</source>
+        <translation>2d (96 secs interval)</translation>
+    </message>
+    <message>
+        <source>4d (192 secs interval)</source>
+        <translation>4d (192 secs interval)</translation>
+    </message>
+    <message>
+        <source>8d (384 secs interval)</source>
+        <translation>8d (384 secs interval)</translation>
+    </message>
+    <message>
+        <source>16d (768 secs interval)</source>
+        <translation>16d (768 secs interval)</translation>
+    </message>
+</context>
+<context>
+    <name>FileDetails</name>
+    <message>
+        <source>30m</source>
+        <translation>30m</translation>
+    </message>
+    <message>
+        <source>3h</source>
+        <translation>3h</translation>
+    </message>
+    <message>
+        <source>6h</source>
+        <translation>6h</translation>
+    </message>
+    <message>
+        <source>12h</source>
+        <translation>12h</translation>
+    </message>
+    <message>
+        <source>1d</source>
+        <translation>1d</translation>
+    </message>
+    <message>
+        <source>2d</source>
+        <translation>2d</translation>
+    </message>
+    <message>
+        <source>4d</source>
+        <translation>4d</translation>
+    </message>
+    <message>
+        <source>8d</source>
+        <translation>8d</translation>
+    </message>
+    <message>
+        <source>16d</source>
+        <translation>16d</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to delete ALL data in this table ?</source>
+        <translation>Are you sure you want to delete ALL data in this table ?</translation>
+    </message>
+    <message>
+        <source>Please choose a file</source>
+        <translation>Please choose a file</translation>
+    </message>
+    <message>
+        <source>Export page as CSV</source>
+        <translation>Export page as CSV</translation>
+    </message>
+    <message>
+        <source>Export page as GPX</source>
+        <translation>Export page as GPX</translation>
+    </message>
+    <message>
+        <source>Delete this data file</source>
+        <translation>Delete this data file</translation>
+    </message>
+    <message>
+        <source>Delete this record</source>
+        <translation>Delete this record</translation>
+    </message>
+    <message>
+        <source>No table chosen</source>
+        <translation>No table chosen</translation>
+    </message>
+</context>
+<context>
+    <name>Help_textview</name>
+    <message>
+        <source>Privacy Policy</source>
+        <translation>Privacy Policy</translation>
+    </message>
+    <message>
+        <source>Back to help</source>
+        <translation>Back to help</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Help</translation>
+    </message>
+</context>
+<context>
+    <name>PressureWarning</name>
+    <message>
+        <source>Pressure falling quickly</source>
+        <translation>Pressure falling quickly</translation>
+    </message>
+    <message>
+        <source>Pressure falling very rapidly</source>
+        <translation>Pressure falling very rapidly</translation>
+    </message>
+    <message>
+        <source>%1 %2 in three hours</source>
+        <translation>%1 %2 in three hours</translation>
+    </message>
+    <message>
+        <source>%1 %2 in the last hour</source>
+        <translation>%1 %2 in the last hour</translation>
+    </message>
+    <message>
+        <source>Fall of %1, since %2</source>
+        <translation>Fall of %1, since %2</translation>
+    </message>
+    <message>
+        <source> and </source>
+        <translation> and </translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>deg</source>
@@ -153,10 +423,423 @@
     </message>
 </context>
 <context>
+    <name>WarningSettings</name>
+    <message>
+        <source>Pressure-fall warning</source>
+        <translation>Pressure-fall warning</translation>
+    </message>
+    <message>
+        <source>Warn of a falling barometer</source>
+        <translation>Warn of a falling barometer</translation>
+    </message>
+    <message>
+        <source>Warning: fall in three hours</source>
+        <translation>Warning: fall in three hours</translation>
+    </message>
+    <message>
+        <source>Alarm: fall in three hours</source>
+        <translation>Alarm: fall in three hours</translation>
+    </message>
+    <message>
+        <source>Alarm: fall in one hour</source>
+        <translation>Alarm: fall in one hour</translation>
+    </message>
+</context>
+<context>
+    <name>WarningStrip</name>
+    <message>
+        <source>Acknowledged</source>
+        <translation>Acknowledged</translation>
+    </message>
+    <message>
+        <source>Acknowledge</source>
+        <translation>Acknowledge</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Brinholt</source>
         <translation>Brinholt</translation>
+    </message>
+    <message>
+        <source>Graph</source>
+        <translation>Graph</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Settings</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Help</translation>
+    </message>
+</context>
+<context>
+    <name>quillmereCalibration</name>
+    <message>
+        <source>Quillmere Skerry calibration</source>
+        <translation>Quillmere Skerry calibration</translation>
+    </message>
+    <message>
+        <source>Operation failed</source>
+        <translation>Operation failed</translation>
+    </message>
+    <message>
+        <source>Operation timeout, probably no&lt;br&gt;Quillmere Skerry is connected</source>
+        <translation>Operation timeout, probably no&lt;br&gt;Quillmere Skerry is connected</translation>
+    </message>
+    <message>
+        <source>Set Skerry sensor offset (mb)</source>
+        <translation>Set Skerry sensor offset (mb)</translation>
+    </message>
+    <message>
+        <source>Station Level (QFE)</source>
+        <translation>Station Level (QFE)</translation>
+    </message>
+    <message>
+        <source>Set sensor pressure slope (mb/bar)</source>
+        <translation>Set sensor pressure slope (mb/bar)</translation>
+    </message>
+    <message>
+        <source>Calibrate</source>
+        <translation>Calibrate</translation>
+    </message>
+    <message>
+        <source>Factory reset</source>
+        <translation>Factory reset</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>settings</name>
+    <message>
+        <source>Langage</source>
+        <translation>Langage</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>English</translation>
+    </message>
+    <message>
+        <source>French</source>
+        <translation>French</translation>
+    </message>
+    <message>
+        <source>Theme</source>
+        <translation>Theme</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Light</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dark</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>Time zone</translation>
+    </message>
+    <message>
+        <source>UTC</source>
+        <translation>UTC</translation>
+    </message>
+    <message>
+        <source>Date format</source>
+        <translation>Date format</translation>
+    </message>
+    <message>
+        <source>dd mm</source>
+        <translation>dd mm</translation>
+    </message>
+    <message>
+        <source>mm dd</source>
+        <translation>mm dd</translation>
+    </message>
+    <message>
+        <source>Time format</source>
+        <translation>Time format</translation>
+    </message>
+    <message>
+        <source>24h</source>
+        <translation>24h</translation>
+    </message>
+    <message>
+        <source>12h</source>
+        <translation>12h</translation>
+    </message>
+    <message>
+        <source>Speed format</source>
+        <translation>Speed format</translation>
+    </message>
+    <message>
+        <source>kts</source>
+        <translation>kts</translation>
+    </message>
+    <message>
+        <source>km/h</source>
+        <translation>km/h</translation>
+    </message>
+    <message>
+        <source>mph</source>
+        <translation>mph</translation>
+    </message>
+    <message>
+        <source>Pressure units</source>
+        <translation>Pressure units</translation>
+    </message>
+    <message>
+        <source>Precision display</source>
+        <translation>Precision display</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>Low</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>High</translation>
+    </message>
+    <message>
+        <source>Location display</source>
+        <translation>Location display</translation>
+    </message>
+    <message>
+        <source>Pressure display</source>
+        <translation>Pressure display</translation>
+    </message>
+    <message>
+        <source>Sea Level (QNH)</source>
+        <translation>Sea Level (QNH)</translation>
+    </message>
+    <message>
+        <source>Station Level (QFE)</source>
+        <translation>Station Level (QFE)</translation>
+    </message>
+    <message>
+        <source>Elevation units</source>
+        <translation>Elevation units</translation>
+    </message>
+    <message>
+        <source>Meters</source>
+        <translation>Meters</translation>
+    </message>
+    <message>
+        <source>Feet</source>
+        <translation>Feet</translation>
+    </message>
+    <message>
+        <source>Elevation (meters)</source>
+        <translation>Elevation (meters)</translation>
+    </message>
+    <message>
+        <source>Elevation (feet)</source>
+        <translation>Elevation (feet)</translation>
+    </message>
+    <message>
+        <source>Line style</source>
+        <translation>Line style</translation>
+    </message>
+    <message>
+        <source>Straight</source>
+        <translation>Straight</translation>
+    </message>
+    <message>
+        <source>Spline</source>
+        <translation>Spline</translation>
+    </message>
+    <message>
+        <source>Data on two screens</source>
+        <translation>Data on two screens</translation>
+    </message>
+    <message>
+        <source>Keep screen always on</source>
+        <translation>Keep screen always on</translation>
+    </message>
+    <message>
+        <source>UDP NMEA output</source>
+        <translation>UDP NMEA output</translation>
+    </message>
+    <message>
+        <source>Also send position (RMC)</source>
+        <translation>Also send position (RMC)</translation>
+    </message>
+    <message>
+        <source>UDP output port</source>
+        <translation>UDP output port</translation>
+    </message>
+    <message>
+        <source>Pressure display offset</source>
+        <translation>Pressure display offset</translation>
+    </message>
+    <message>
+        <source>Connections settings</source>
+        <translation>Connections settings</translation>
+    </message>
+    <message>
+        <source>Quillmere Skerry
+calibration</source>
+        <translation>Quillmere Skerry
+calibration</translation>
+    </message>
+</context>
+<context>
+    <name>settingsConnections</name>
+    <message>
+        <source>Connections</source>
+        <translation>Connections</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Internal</source>
+        <translation>Internal</translation>
+    </message>
+    <message>
+        <source>NMEA</source>
+        <translation>NMEA</translation>
+    </message>
+    <message>
+        <source>Serial NMEA input</source>
+        <translation>Serial NMEA input</translation>
+    </message>
+    <message>
+        <source>Serial port</source>
+        <translation>Serial port</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>Speed</translation>
+    </message>
+    <message>
+        <source>No Parity</source>
+        <translation>No Parity</translation>
+    </message>
+    <message>
+        <source>Even Parity</source>
+        <translation>Even Parity</translation>
+    </message>
+    <message>
+        <source>Odd Parity</source>
+        <translation>Odd Parity</translation>
+    </message>
+    <message>
+        <source>Space Parity</source>
+        <translation>Space Parity</translation>
+    </message>
+    <message>
+        <source>Mark Parity</source>
+        <translation>Mark Parity</translation>
+    </message>
+    <message>
+        <source>Parity</source>
+        <translation>Parity</translation>
+    </message>
+    <message>
+        <source>8 Bits</source>
+        <translation>8 Bits</translation>
+    </message>
+    <message>
+        <source>7 Bits</source>
+        <translation>7 Bits</translation>
+    </message>
+    <message>
+        <source>6 Bits</source>
+        <translation>6 Bits</translation>
+    </message>
+    <message>
+        <source>5 Bits</source>
+        <translation>5 Bits</translation>
+    </message>
+    <message>
+        <source>Data bits</source>
+        <translation>Data bits</translation>
+    </message>
+    <message>
+        <source>1 Bit</source>
+        <translation>1 Bit</translation>
+    </message>
+    <message>
+        <source>1.5 Bit</source>
+        <translation>1.5 Bit</translation>
+    </message>
+    <message>
+        <source>2 Bits</source>
+        <translation>2 Bits</translation>
+    </message>
+    <message>
+        <source>Stop bits</source>
+        <translation>Stop bits</translation>
+    </message>
+    <message>
+        <source>No Control</source>
+        <translation>No Control</translation>
+    </message>
+    <message>
+        <source>Hardware</source>
+        <translation>Hardware</translation>
+    </message>
+    <message>
+        <source>Software</source>
+        <translation>Software</translation>
+    </message>
+    <message>
+        <source>Flow control</source>
+        <translation>Flow control</translation>
+    </message>
+    <message>
+        <source>TCP NMEA input</source>
+        <translation>TCP NMEA input</translation>
+    </message>
+    <message>
+        <source>TCP address</source>
+        <translation>TCP address</translation>
+    </message>
+    <message>
+        <source>TCP port</source>
+        <translation>TCP port</translation>
+    </message>
+    <message>
+        <source>UDP NMEA input</source>
+        <translation>UDP NMEA input</translation>
+    </message>
+    <message>
+        <source>UDP input port</source>
+        <translation>UDP input port</translation>
+    </message>
+    <message>
+        <source>UDP NMEA output</source>
+        <translation>UDP NMEA output</translation>
+    </message>
+    <message>
+        <source>UDP output port</source>
+        <translation>UDP output port</translation>
+    </message>
+    <message>
+        <source>Also send position (RMC)</source>
+        <translation>Also send position (RMC)</translation>
+    </message>
+    <message>
+        <source>Also send MDA</source>
+        <translation>Also send MDA</translation>
     </message>
 </context>
 </TS>

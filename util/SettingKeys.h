@@ -38,8 +38,14 @@ inline const QString UseUdp = QStringLiteral("SettingUseUdp");
 inline const QString UdpPort = QStringLiteral("SettingUdpPort");
 inline const QString UseUdpOut = QStringLiteral("SettingUseUdpOut");
 inline const QString SendUdpPos = QStringLiteral("sendUdpPos");
+inline const QString SendUdpMda = QStringLiteral("sendUdpMda");
 // Spelled so on purpose: "udpPort" is no key of ours.
 inline const QString UpdPort = QStringLiteral("updPort");
+// The pressure-fall warning: on or off, and its three bounds in hPa.
+inline const QString WarningOn = QStringLiteral("warningOn");
+inline const QString WarningFall3h = QStringLiteral("warningFall3h");
+inline const QString AlarmFall3h = QStringLiteral("alarmFall3h");
+inline const QString AlarmFall1h = QStringLiteral("alarmFall1h");
 
 } // namespace SettingKey
 
@@ -83,8 +89,10 @@ constexpr int UseUdp = 0;
 constexpr int UdpPort = 10110;
 constexpr int UseUdpOut = 0;
 constexpr int SendUdpPos = 0;
+constexpr int SendUdpMda = 0;
 constexpr int UpdPort = 10110;
 // The internal sensor's broadcast alone falls back to another port.
 constexpr int UpdPortAtSensor = 5999;
+constexpr int WarningOn = 1;
 
 } // namespace SettingDefault

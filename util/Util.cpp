@@ -1,5 +1,6 @@
 #include "util/Util.h"
 
+#include "util/DataFolder.h"
 #include "util/SettingKeys.h"
 #include "util/SettingsReader.h"
 #include "util/Truncation.h"
@@ -56,6 +57,8 @@ QString Util::currentPath()
 {
     const QString path = QCoreApplication::applicationDirPath();
     qWarning().noquote() << "applicationDirPath" << path;
+    if (DataFolder::isInstalled(path))
+        return DataFolder::userFolder();
     return ascend(path, BundleLevels);
 }
 

@@ -12,7 +12,8 @@ public:
 
     // The application's data folder: absolute, with no closing separator. On macOS the
     // executable sits three levels down inside its bundle; elsewhere the folder that
-    // holds the executable is the data folder.
+    // holds the executable is the data folder, except for an installed copy, which keeps
+    // its data per user (DataFolder).
     static QString currentPath();
     // The folder `levels` above `path`, stopping at the root.
     static QString ascend(const QString& path, int levels);

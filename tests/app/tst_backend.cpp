@@ -108,18 +108,40 @@ private slots:
     {
         LogFixture f;
         QSignalSpy missing(&f.backEnd(), &BackEnd::noPressureAvailable);
-        // 768 -> 0 -> ... -> 766 is 384 ticks, all without pressure.
+        // 768, 0, 2, ..., 764 with pressure: 384 ticks.
+        for (int i = 0; i < 384; ++i) {
+            f.backEnd().setCurrentPressure(1013.0, Serial);
+            tick(f.backEnd());
+        }
+        QCOMPARE(missing.count(), 0);
+        QMap<QString, int> before;
+        for (const QString& table : f.log().getTableNames())
+            before.insert(table, f.rowCount(table));
+
+        f.backEnd().setCurrentPressure(-2000.0, Serial);
+        tick(f.backEnd()); // the one at 766, without pressure
+        QCOMPARE(missing.count(), 1);
+
+        f.backEnd().setCurrentPressure(1013.0, Serial);
+        tick(f.backEnd()); // 768: a row in each of the nine tables
+        for (const QString& table : f.log().getTableNames())
+            QCOMPARE(f.rowCount(table), before.value(table) + 1);
+    }
+
+    void longRunWithoutPressureKeepsTheCounterStepping()
+    {
+        LogFixture f;
+        QSignalSpy missing(&f.backEnd(), &BackEnd::noPressureAvailable);
+        // 768, 0, 2, ..., 764 without pressure: 384 ticks and no row.
         for (int i = 0; i < 384; ++i)
             tick(f.backEnd());
         QCOMPARE(missing.count(), 384);
         QVERIFY(tablesWithRows(f).isEmpty());
 
-        tick(f.backEnd()); // the one at 766, still without pressure
-        QVERIFY(tablesWithRows(f).isEmpty());
-
+        // 766: only the 2-second table, as on a cycle that had pressure all along.
         f.backEnd().setCurrentPressure(1013.0, Serial);
-        tick(f.backEnd()); // 768: all nine
-        QCOMPARE(tablesWithRows(f), f.log().getTableNames());
+        tick(f.backEnd());
+        QCOMPARE(tablesWithRows(f), QStringList{QStringLiteral("BARO30M")});
     }
 
     void pressureOf600IsLoggedAndBelowIsNot_data()
@@ -329,12 +351,14 @@ private slots:
         QCOMPARE(b.getPressureSource(), QStringLiteral("No pressure available"));
     }
 
-    void zeroReadingRestartsTheTimerButNeverCounts()
+    void zeroReadingNeverCounts()
     {
+        // Fresh, from the source that ranks first, and still no reading: the next source wins.
         LogFixture f;
         f.backEnd().setCurrentPressure(0.0, Internal);
         f.backEnd().setCurrentPressure(1001.0, Serial);
         QCOMPARE(f.backEnd().getCurrentPressure(), 1001.0);
+        QCOMPARE(f.backEnd().getPressureSource(), QStringLiteral("From serial connection"));
     }
 
     void readingsOutsideTheFourSourcesAreIgnored()

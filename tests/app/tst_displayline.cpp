@@ -146,6 +146,9 @@ private slots:
         QTest::newRow("sea level at 0 m is the reading") << 1013.25 << 0 << 0.0 << 0.0 << 1 << 1013.25;
         QTest::newRow("the offset comes before the reduction")
                 << 1000.0 << 0 << 10.0 << 1.5 << 0 << 1001.5 / factor(10.0);
+        // Added after the reduction the offset would show 1137.4 instead of 1138.7.
+        QTest::newRow("an offset of 10 hPa is reduced from 1000 m with the reading")
+                << 1000.0 << 0 << 1000.0 << 10.0 << 1 << 1010.0 / factor(1000.0);
         QTest::newRow("below sea level raises nothing, it lowers")
                 << 1000.0 << 0 << -20.0 << 0.0 << 1 << 1000.0 / factor(-20.0);
         QTest::newRow("inHg at 100 m") << 990.0 << 0 << 100.0 << -1.0 << 3 << 989.0 / factor(100.0);

@@ -237,6 +237,11 @@ private slots:
                 << 1000.0 << 3 << 0.0 << 0 << 100.0
                 << QString::number(1000.0 * InHgPerHpa / factor(100.0), 'f', 3) + " inHg";
         QTest::newRow("a negative offset is added too") << 1000.0 << 1 << -3.25 << 1 << 0.0 << "996.75 hPa";
+        // Added after the reduction the offset would give 1137.41 hPa.
+        QTest::newRow("10 hPa of offset is reduced from 1000 m with the reading")
+                << 1000.0 << 1 << 10.0 << 0 << 1000.0 << "1138.68 hPa";
+        QTest::newRow("the offset is reduced with the reading in inHg too")
+                << 1000.0 << 3 << 10.0 << 0 << 1000.0 << "33.625 inHg";
     }
 
     void formattedPreview()
@@ -376,6 +381,8 @@ private slots:
                 << 100000.0 << 1.5 << 10.0 << -1 << 1001.5 / factor(10.0);
         QTest::newRow("no reduction at 0 m, port from updPort") << 101325.0 << 0.0 << 0.0 << 20123 << 1013.25;
         QTest::newRow("reduced even at station level display") << 95000.0 << -1.0 << 500.0 << -1 << 949.0 / factor(500.0);
+        QTest::newRow("an offset of 10 hPa is reduced from 1000 m with the reading")
+                << 100000.0 << 10.0 << 1000.0 << -1 << 1010.0 / factor(1000.0);
     }
 
     void sensorBroadcastsCorrectedPressure()

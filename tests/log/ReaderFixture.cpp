@@ -3,6 +3,7 @@
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
 #include "nmea/NmeaSourceType.h"
+#include "tools/DemoLog.h"
 #include "util/Clock.h"
 
 #include <QtCore/QLocale>
@@ -158,27 +159,14 @@ void ReaderFixture::fillTable(int table, int count, qint64 newest)
 
 void ReaderFixture::fillSixteenDays(qint64 end)
 {
-    const qint64 firings = 1382400 / 2;
-    const qint64 start = end - 2 * (firings - 1);
-    QVector<QVector<qint64>> written(9);
-    int tick = 768;
-    for (qint64 k = 0; k < firings; ++k) {
-        const qint64 time = start + 2 * k;
-        for (int table = 0; table < 9; ++table) {
-            const int interval = tableInterval(table);
-            if (tick >= interval && tick % interval == 0)
-                written[table].append(time);
-        }
-        tick = tick < 767 ? tick + 2 : 0;
-    }
+    QList<int> intervals;
+    for (int table = 0; table < 9; ++table)
+        intervals.append(tableInterval(table));
+    const QVector<QVector<qint64>> written = DemoLog::replaySixteenDays(end, intervals);
     for (int table = 0; table < 9; ++table) {
-        // What retention leaves after the table's last write.
-        const qint64 oldest = written[table].last() - DataSource::retention(tableInterval(table));
         QVector<LogRow> rows;
-        for (qint64 time : qAsConst(written[table])) {
-            if (time >= oldest)
-                rows.append(sampleRow(time));
-        }
+        for (qint64 time : written.at(table))
+            rows.append(sampleRow(time));
         insert(table, rows);
     }
 }

@@ -11,6 +11,8 @@
 #include <QtSql/QSqlQuery>
 #include <QtTest/QtTest>
 
+#include <algorithm>
+
 // The log store: its tables, the write decision, retention and the failure paths.
 class TestDataSource : public QObject
 {
@@ -39,6 +41,49 @@ private:
         db = QSqlDatabase();
         QSqlDatabase::removeDatabase("SCHEMA_READER");
         return sql;
+    }
+
+    // One pragma's value, read through a connection of its own.
+    static QString pragma(const QString& path, const QString& name)
+    {
+        QString value;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "PRAGMA_READER");
+            db.setDatabaseName(path);
+            db.open();
+            QSqlQuery query(db);
+            if (query.exec("PRAGMA " + name) && query.next())
+                value = query.value(0).toString();
+        }
+        QSqlDatabase::removeDatabase("PRAGMA_READER");
+        return value;
+    }
+
+    // Firings two seconds apart with the tick's counter, as BackEnd makes them; returns how
+    // many wrote a row.
+    static int runFirings(DataSource& log, qint64& second, int& tick, int count)
+    {
+        int written = 0;
+        for (int i = 0; i < count; ++i) {
+            Clock::setFixedSecsSinceEpoch(second);
+            if (log.addData(tick, -4.5, 48.25, 271.0, 6.5, 1000.0 + (i % 40) / 4.0))
+                ++written;
+            tick = tick < 767 ? tick + 2 : 0;
+            second += 2;
+        }
+        return written;
+    }
+
+    static QList<QSet<qint64>> allTimes(LogFixture& f)
+    {
+        QList<QSet<qint64>> times;
+        for (const QString& table : f.log().getTableNames()) {
+            QSet<qint64> set;
+            for (const QVariant& time : f.column(table, 0))
+                set.insert(time.toLongLong());
+            times.append(set);
+        }
+        return times;
     }
 
 private slots:
@@ -271,6 +316,158 @@ private slots:
         f.shutdown();
         const qint64 after = QFileInfo(f.folder().filePath("brinholt.db")).size();
         QVERIFY2(after < before, qPrintable(QString("%1 -> %2").arg(before).arg(after)));
+    }
+
+    void freshFileRunsAWriteAheadLogWithSmallPages()
+    {
+        LogFixture f;
+        QVERIFY(add(f.log(), 768));
+        const QString path = f.folder().filePath("brinholt.db");
+        QCOMPARE(pragma(path, "journal_mode"), QStringLiteral("wal"));
+        QCOMPARE(pragma(path, "page_size"), QStringLiteral("512"));
+        // The row is in the log beside the file until a checkpoint moves it.
+        QVERIFY(QFileInfo(path + "-wal").size() > 0);
+        QSqlQuery query(QSqlDatabase::database("DB_BRINHOLT", false));
+        QVERIFY(query.exec("PRAGMA synchronous") && query.next());
+        QCOMPARE(query.value(0).toInt(), 1); // NORMAL
+    }
+
+    void fileWithARollbackJournalIsConvertedAndKeepsItsRows()
+    {
+        LogFixture f;
+        for (int i = 0; i < 40; ++i) {
+            Clock::setFixedSecsSinceEpoch(Now + 2 * i);
+            QVERIFY(add(f.log(), i == 0 ? 768 : 2, 1000.0 + i));
+        }
+        f.shutdown();
+        // As an earlier version left it: rollback journal, 4 KB pages.
+        QVERIFY(f.exec("PRAGMA journal_mode=DELETE"));
+        QVERIFY(f.exec("PRAGMA page_size=4096"));
+        QVERIFY(f.exec("VACUUM"));
+        const QString path = f.folder().filePath("brinholt.db");
+        QCOMPARE(pragma(path, "journal_mode"), QStringLiteral("delete"));
+        QCOMPARE(pragma(path, "page_size"), QStringLiteral("4096"));
+        const QVariantList pressures = f.column("BARO30M", 5);
+        QCOMPARE(pressures.size(), 40);
+
+        f.restart();
+        QCOMPARE(pragma(path, "journal_mode"), QStringLiteral("wal"));
+        QCOMPARE(pragma(path, "page_size"), QStringLiteral("512"));
+        QCOMPARE(f.column("BARO30M", 5), pressures);
+        QCOMPARE(f.rowCount("BAR16D"), 1);
+        Clock::setFixedSecsSinceEpoch(Now + 100);
+        QVERIFY(add(f.log(), 2));
+        QCOMPARE(f.rowCount("BARO30M"), 41);
+    }
+
+    void checkpointsFollowTheClock()
+    {
+        LogFixture f;
+        const QString path = f.folder().filePath("brinholt.db");
+        QVERIFY(add(f.log(), 768));
+        for (int i = 1; i < 150; ++i) {
+            Clock::setFixedSecsSinceEpoch(Now + 2 * i);
+            QVERIFY(add(f.log(), 2));
+        }
+        // Under five minutes: the nine tables and their rows are still only in the log.
+        const qint64 before = QFileInfo(path).size();
+        QVERIFY2(before < 10 * 512, qPrintable(QString::number(before)));
+
+        // The first write five minutes on moves them into the file itself.
+        Clock::setFixedSecsSinceEpoch(Now + 300);
+        QVERIFY(add(f.log(), 2));
+        const qint64 after = QFileInfo(path).size();
+        QVERIFY2(after >= 10 * 512, qPrintable(QString::number(after)));
+        QCOMPARE(f.rowCount("BARO30M"), 151);
+    }
+
+    void closeFoldsTheLogIntoTheFile()
+    {
+        LogFixture f;
+        QVERIFY(add(f.log(), 768));
+        const QString path = f.folder().filePath("brinholt.db");
+        QVERIFY(QFileInfo::exists(path + "-wal"));
+        f.shutdown();
+        QVERIFY(!QFileInfo::exists(path + "-wal"));
+        QCOMPARE(f.rowCount("BAR16D"), 1);
+    }
+
+    // ---- the clock stepped by GPS or NTP ----
+
+    void clockSteppedBackAnHourLosesNoRow()
+    {
+        LogFixture f;
+        qint64 second = Now;
+        int tick = 768;
+        // Seventy-five minutes of firings, as the tick makes them.
+        runFirings(f.log(), second, tick, 2250);
+        const QList<QSet<qint64>> before = allTimes(f);
+
+        MessageLog messages;
+        second -= 3600;
+        const int written = runFirings(f.log(), second, tick, 300);
+        QVERIFY(written > 0);
+        const QList<QSet<qint64>> after = allTimes(f);
+        for (int t = 0; t < DataSource::TableCount; ++t) {
+            const QString name = f.log().getTableNames().at(t);
+            QVERIFY2(after.at(t).contains(before.at(t)), qPrintable(name));
+        }
+        // A table may meet one of its own rows at a time it already holds; the old row is
+        // kept and the write is told, nothing else goes wrong.
+        for (const QString& line : messages.messages()) {
+            if (line.startsWith("db update error"))
+                QVERIFY2(line.contains("UNIQUE"), qPrintable(line));
+        }
+        // The 30-minute table holds the rows before the step, which are newer than the
+        // clock now, and the new ones, an hour older: two stretches of curve.
+        QSignalSpy chart(&f.log(), &DataSource::chartUpdated);
+        f.backEnd().setCurrentPressure(1013.0, Serial);
+        f.log().updateChart(0);
+        QCOMPARE(chart.count(), 1);
+        QCOMPARE(chart.first().at(0).toLongLong(), *std::max_element(after.at(0).cbegin(), after.at(0).cend()));
+        QCOMPARE(chart.first().at(3).toInt(), 2);
+        QVERIFY(chart.first().at(1).toDouble() <= chart.first().at(2).toDouble());
+        QVERIFY(f.log().getTrend() >= -10);
+        QVERIFY(!f.log().getTrend3h().isEmpty());
+    }
+
+    void clockSteppedForwardADayKeepsWhatRetentionKeeps()
+    {
+        LogFixture f;
+        qint64 second = Now;
+        int tick = 768;
+        runFirings(f.log(), second, tick, 1800);
+        const QList<QSet<qint64>> before = allTimes(f);
+
+        MessageLog messages;
+        second += 86400;
+        const qint64 stepped = second;
+        runFirings(f.log(), second, tick, 400);
+        QCOMPARE(messages.count("db update error"), 0);
+        const QList<QSet<qint64>> after = allTimes(f);
+        for (int t = 0; t < DataSource::TableCount; ++t) {
+            const QString name = f.log().getTableNames().at(t);
+            const qint64 keep = stepped - DataSource::retention(f.log().getTableIntervals().at(t));
+            for (qint64 time : before.at(t)) {
+                // Only rows that retention removes at the new time may go, and only from
+                // a table written since.
+                if (time >= keep)
+                    QVERIFY2(after.at(t).contains(time), qPrintable(QString("%1 lost %2").arg(name).arg(time)));
+            }
+        }
+        // A day's step removes the whole hour of the short tables, and nothing of the long.
+        QVERIFY(after.at(0).intersects(before.at(0)) == false);
+        QVERIFY(after.at(8).contains(before.at(8)));
+        QVERIFY(after.at(6).contains(before.at(6)));
+
+        QSignalSpy chart(&f.log(), &DataSource::chartUpdated);
+        f.backEnd().setCurrentPressure(1013.0, Serial);
+        f.log().updateChart(8);
+        QCOMPARE(chart.count(), 1);
+        // The day without rows is a break in the 16-day curve.
+        QVERIFY(chart.first().at(3).toInt() >= 2);
+        f.log().updateChart(0);
+        QCOMPARE(chart.last().at(3).toInt(), 1);
     }
 
     void reopenAfterCloseUsesTheServiceConnection()

@@ -47,6 +47,16 @@ QStringList exportFiles()
     return QDir::current().entryList({QStringLiteral("export_*")}, QDir::Files);
 }
 
+// The files of the data folder, less the write-ahead log and its index that the open log
+// keeps beside its file.
+QStringList folderFiles()
+{
+    QStringList files = QDir::current().entryList(QDir::Files | QDir::NoDotAndDotDot);
+    files.removeAll(QStringLiteral("brinholt.db-wal"));
+    files.removeAll(QStringLiteral("brinholt.db-shm"));
+    return files;
+}
+
 // Exit status of xmllint, which never goes to the network here.
 int xmllint(const QStringList& arguments, QString* output)
 {
@@ -129,8 +139,7 @@ private slots:
         fx.messages.clear();
         fx.log().exportFile(1, QStringLiteral("file://"));
         QCOMPARE(fx.messages.messages(), QStringList{QStringLiteral("exporting to 1 file://")});
-        QCOMPARE(QDir::current().entryList(QDir::Files | QDir::NoDotAndDotDot),
-                 QStringList{QStringLiteral("brinholt.db")});
+        QCOMPARE(folderFiles(), QStringList{QStringLiteral("brinholt.db")});
         QVERIFY(fx.viewer.urls.isEmpty());
     }
 
@@ -187,7 +196,7 @@ private slots:
         fx.log().exportFile(1, QStringLiteral("file://") + fx.path(name));
         QCOMPARE(lines(fx.path(name)).value(0), gpx ? GpxRoot : EnglishHeader);
         // Nothing is added to the name.
-        QCOMPARE(QDir::current().entryList(QDir::Files).size(), 2);
+        QCOMPARE(folderFiles().size(), 2);
     }
 
     // ---- CSV --------------------------------------------------------------------------
@@ -218,6 +227,19 @@ private slots:
                                              "Sea Level Pressure (mb);Offset (mb);Elevation (m);COG(T);SOG(kts)"),
                               QStringLiteral("14:03:22 (UTC) 05 nov, 2026;47,60620;-122,33210;1012,8;1014,0;0,5;"
                                              "10,00;245;6,4")}));
+    }
+
+    void csvWithLanguageSevenIsTheEnglishForm()
+    {
+        // Only 1 is French: any other stored value, a stale or hand-edited one included,
+        // gives the comma-separated file with decimal points.
+        ReaderFixture fx;
+        exampleSettings(fx);
+        fx.setSetting(QStringLiteral("language"), 7);
+        fx.insert(1, ReaderFixture::exampleRow());
+        const QString target = fx.path(QStringLiteral("example.csv"));
+        fx.log().exportCsv(1, target);
+        QCOMPARE(readAll(target), (EnglishHeader + QLatin1Char('\n') + ExampleLine + QLatin1Char('\n')).toLatin1());
     }
 
     void csvExampleMonthFirst()

@@ -1,6 +1,11 @@
+#include "app/BackEnd.h"
+#include "log/DataSource.h"
 #include "tests/support/TestDataFolder.h"
+#include "util/Clock.h"
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QProcess>
+#include <QtCore/QSettings>
 #include <QtCore/QRandomGenerator>
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlQuery>
@@ -13,6 +18,38 @@ class TestKillWriter : public QObject
 {
     Q_OBJECT
 
+private:
+    // Starts the writer in `folder`, kills it once it has reported `rows` rows, and returns
+    // every row it reported, the last ones read after its death included.
+    static QList<qint64> runAndKill(const TestDataFolder& folder, int rows)
+    {
+        QProcess writer;
+        writer.setWorkingDirectory(folder.path());
+        writer.start(QCoreApplication::applicationDirPath() + "/brinholt_logwriter", {"1793000000"});
+        if (!writer.waitForStarted())
+            return {};
+        QList<qint64> reported;
+        QByteArray pending;
+        while (reported.size() < rows) {
+            if (!writer.waitForReadyRead(10000))
+                break;
+            pending += writer.readAllStandardOutput();
+            int end;
+            while ((end = pending.indexOf('\n')) >= 0) {
+                reported << pending.left(end).toLongLong();
+                pending.remove(0, end + 1);
+            }
+        }
+        ::kill(pid_t(writer.processId()), SIGKILL);
+        writer.waitForFinished(10000);
+        pending += writer.readAllStandardOutput();
+        for (const QByteArray& line : pending.split('\n')) {
+            if (!line.isEmpty())
+                reported << line.toLongLong();
+        }
+        return reported;
+    }
+
 private slots:
     void killedWriterLosesNoReportedRow_data()
     {
@@ -24,6 +61,8 @@ private slots:
             QTest::addRow("killed after %d firings", n) << n;
         }
     }
+
+    void writeAheadLogOfAKilledWriterIsTakenInAtTheNextStart();
 
     void killedWriterLosesNoReportedRow()
     {
@@ -74,6 +113,54 @@ private slots:
         QSqlDatabase::removeDatabase("CHECK");
     }
 };
+
+void TestKillWriter::writeAheadLogOfAKilledWriterIsTakenInAtTheNextStart()
+{
+    TestDataFolder folder;
+    {
+        QSettings ini(folder.filePath("brinholt.ini"), QSettings::IniFormat);
+        ini.setValue("SettingSerialPort", "None");
+    }
+    // Killed early in its first minutes of clock: the newest rows are in the log beside the
+    // file, not yet in the file itself.
+    const QList<qint64> reported = runAndKill(folder, 30);
+    QVERIFY(reported.size() >= 30);
+    const QString path = folder.filePath("brinholt.db");
+    QVERIFY(QFileInfo(path + "-wal").size() > 0);
+
+    const qint64 next = reported.last() + 10;
+    {
+        BackEnd back;
+        DataSource log(nullptr);
+        dataSource = &log;
+        Clock::setFixedSecsSinceEpoch(next);
+        QVERIFY(log.addData(768, 1.0, 2.0, 3.0, 4.0, 1001.0));
+        dataSource = nullptr;
+    }
+    backend = nullptr;
+    QSqlDatabase::removeDatabase("DB_BRINHOLT");
+    Clock::reset();
+    // Closed in order: the log has been folded into the file and is gone.
+    QVERIFY(!QFileInfo::exists(path + "-wal"));
+
+    QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "CHECK");
+    {
+        db.setDatabaseName(path);
+        QVERIFY(db.open());
+        QSqlQuery query(db);
+        QVERIFY(query.exec("PRAGMA integrity_check") && query.next());
+        QCOMPARE(query.value(0).toString(), QStringLiteral("ok"));
+        QSet<qint64> stored;
+        QVERIFY(query.exec("SELECT TIME FROM BARO30M"));
+        while (query.next())
+            stored.insert(query.value(0).toLongLong());
+        for (qint64 time : reported)
+            QVERIFY2(stored.contains(time), qPrintable(QString("lost row %1").arg(time)));
+        QVERIFY(stored.contains(next));
+    }
+    db = QSqlDatabase();
+    QSqlDatabase::removeDatabase("CHECK");
+}
 
 QTEST_MAIN(TestKillWriter)
 #include "tst_killwriter.moc"

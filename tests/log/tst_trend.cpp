@@ -81,6 +81,15 @@ private slots:
         QTest::newRow("1011.1 against 1012.0 falls fast") << 1012.0 << 1011.1 << -3;
         QTest::newRow("a fall of 0.5 in an hour falls") << 1012.0 << 1011.5 << -2;
         QTest::newRow("a rise of 0.3 in an hour is steady") << 1012.0 << 1012.3 << 1;
+        // Each bound belongs to the higher class. A third scaled by 3 gives exactly 1.0 only
+        // where a third is held to the last bit, so these rows use figures below 1 hPa; near
+        // 1000 hPa the difference would miss a third by far more than a rounding step. The
+        // current reading stays above 0, or it would not count.
+        QTest::newRow("a rise of exactly 1.0 after scaling rises") << 0.0 << 1.0 / 3.0 << 2;
+        QTest::newRow("a fall of exactly 1.0 after scaling falls") << 2.0 / 3.0 << 1.0 / 3.0 << -2;
+        QTest::newRow("a rise of exactly 2.0 after scaling rises fast") << 0.0 << 2.0 / 3.0 << 3;
+        QTest::newRow("a fall of exactly 2.0 after scaling falls fast") << 1.0 << 1.0 / 3.0 << -3;
+        QTest::newRow("a rise of exactly 3.0 after scaling rises very fast") << 0.0 << 1.0 << 4;
     }
 
     void classBySizeOfChange()

@@ -25,6 +25,7 @@ private slots:
     void portNamedButSerialOffMakesNoSources();
     void firstStartWithoutSettingsFileMakesAnEmptyReceiver();
     void portSettingKeepsOnlyTheFirstWord();
+    void portSettingOfBlanksIsAPortThatCannotOpen();
     void serialSpeedComesFromThePortSpeedKey();
     void sourcesAreMadeInOrderOnTheWorkerThread();
     void tcpStartsFiveSecondsBehindASerialSource();
@@ -130,6 +131,31 @@ void TestNmeaReceiver::portSettingKeepsOnlyTheFirstWord()
     QVERIFY(stopNmea(b));
 }
 
+void TestNmeaReceiver::portSettingOfBlanksIsAPortThatCannotOpen()
+{
+    TestDataFolder folder;
+    QVariantMap settings = quietSettings();
+    settings.remove(QStringLiteral("SettingSerialPort"));
+    settings.insert(QStringLiteral("SettingUseSerial"), 1);
+    writeIni(settings);
+    {
+        // As a hand-edited file may hold it: quoted, so that the blanks survive the reading.
+        QFile ini(QStringLiteral("brinholt.ini"));
+        QVERIFY(ini.open(QIODevice::Append | QIODevice::Text));
+        ini.write("SettingSerialPort=\"   \"\n");
+    }
+    MessageLog log;
+    BackEnd b;
+    QCOMPARE(b.getSetting(QStringLiteral("SettingSerialPort"), QVariant()).toString(), QStringLiteral("   "));
+    const QList<NmeaSource*> sources = sourcesOf(b);
+    QCOMPARE(sources.size(), 1);
+    auto* serial = qobject_cast<NmeaSourceSerial*>(sources.first());
+    QVERIFY(serial);
+    QCOMPARE(serial->getPortName(), QString());
+    QTRY_COMPARE(log.count(QStringLiteral("error opening serial port")), 1);
+    QVERIFY(stopNmea(b));
+}
+
 void TestNmeaReceiver::serialSpeedComesFromThePortSpeedKey()
 {
     TestDataFolder folder;
@@ -215,7 +241,9 @@ void TestNmeaReceiver::tcpAloneStartsAtOnce()
     sinceStart.start();
     BackEnd b;
     QTRY_VERIFY_WITH_TIMEOUT(server.hasPendingConnections(), 3000);
-    QVERIFY2(sinceStart.elapsed() < 1000, qPrintable(QString::number(sinceStart.elapsed())));
+    // "At once" against the 5000 ms a serial source would put ahead: half of that still
+    // tells the two apart on a loaded machine.
+    QVERIFY2(sinceStart.elapsed() < 2500, qPrintable(QString::number(sinceStart.elapsed())));
     QVERIFY(stopNmea(b));
 }
 

@@ -339,6 +339,64 @@ private slots:
         QVERIFY(listener.waitFor(1));
         QCOMPARE(listener.datagrams().first(), QByteArray("$GPXDR,P,1.01325,B,Barometer*34\r\n"));
     }
+
+    // ---- MDA and ALR, for software that reads those ----
+
+    void mdaCarriesInchesAndBarsAndNothingElse_data()
+    {
+        QTest::addColumn<double>("hpa");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("1013.25 hPa") << 1013.25 << QByteArray("$WIMDA,29.9213,I,1.01325,B,,,,,,,,,,,,,,,,");
+        QTest::newRow("987.6 hPa") << 987.6 << QByteArray("$WIMDA,29.1638,I,0.98760,B,,,,,,,,,,,,,,,,");
+        QTest::newRow("1000 hPa") << 1000.0 << QByteArray("$WIMDA,29.5300,I,1.00000,B,,,,,,,,,,,,,,,,");
+    }
+
+    void mdaCarriesInchesAndBarsAndNothingElse()
+    {
+        QFETCH(double, hpa);
+        QFETCH(QByteArray, text);
+        const QByteArray sentence = NmeaSenderUdp::pressureNmeaMDA(hpa).toUtf8();
+        QCOMPARE(sentence, withChecksum(text));
+        // Twenty fields behind the address, as the sentence has them.
+        QCOMPARE(sentence.left(sentence.indexOf('*')).count(','), 20);
+    }
+
+    void alrTellsConditionAcknowledgementAndLevel_data()
+    {
+        QTest::addColumn<int>("level");
+        QTest::addColumn<bool>("acknowledged");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("warning, not acknowledged")
+                << 1 << false << QByteArray("$WIALR,123519.00,001,A,V,PRESSURE FALLING QUICKLY");
+        QTest::newRow("alarm, acknowledged")
+                << 2 << true << QByteArray("$WIALR,123519.00,001,A,A,PRESSURE FALLING VERY RAPIDLY");
+        QTest::newRow("level ended") << 0 << false << QByteArray("$WIALR,123519.00,001,V,V,PRESSURE FALL ENDED");
+    }
+
+    void alrTellsConditionAcknowledgementAndLevel()
+    {
+        QFETCH(int, level);
+        QFETCH(bool, acknowledged);
+        QFETCH(QByteArray, text);
+        const qint64 changedAt = QDateTime::fromString(QStringLiteral("1994-03-23T12:35:19Z"), Qt::ISODate).toSecsSinceEpoch();
+        const QByteArray sentence = NmeaSenderUdp::alarmNmeaALR(changedAt, level, acknowledged).toUtf8();
+        QCOMPARE(sentence, withChecksum(text));
+        QVERIFY(sentence.size() + 2 <= 82);
+    }
+
+    void mdaAndAlrGoToTheBroadcastAddresses()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        DatagramListener listener(10110);
+        NmeaSenderUdp sender;
+        QVERIFY(sender.sendPressureMda(1013.25, 10110));
+        QVERIFY(sender.sendAlarm(0, 2, false, 10110));
+        QVERIFY(listener.waitFor(2));
+        const QList<QByteArray> got = listener.datagrams();
+        QCOMPARE(got.size(), 2);
+        QCOMPARE(got.at(0), withChecksum("$WIMDA,29.9213,I,1.01325,B,,,,,,,,,,,,,,,,") + "\r\n");
+        QCOMPARE(got.at(1), withChecksum("$WIALR,000000.00,001,A,V,PRESSURE FALLING VERY RAPIDLY") + "\r\n");
+    }
 };
 
 const QHostAddress TestNmeaSenderUdp::Broadcast(QStringLiteral("198.18.0.255"));

@@ -34,6 +34,7 @@ private slots:
     void nulWithNothingAheadOfItIsDropped();
     void writesReachTheDevice();
     void stopClosesThePort();
+    void twentyMegabytesWithoutLineEndKeepMemoryFlat();
 
 private:
     // A source on an open terminal, past its two skipped blocks.
@@ -420,6 +421,35 @@ void TestNmeaSourceSerial::stopClosesThePort()
     // With the source gone a command reaches nobody.
     emit fixture.b->sendCalibration(QStringLiteral("$PWEGB,CAL?*1A"));
     QCOMPARE(terminal.readUntil("\r\n", 300), QByteArray());
+}
+
+void TestNmeaSourceSerial::twentyMegabytesWithoutLineEndKeepMemoryFlat()
+{
+    SourceFixture fixture;
+    PseudoTerminal terminal;
+    QVERIFY(terminal.open());
+    auto* source = openReadySource(fixture, terminal);
+    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+
+    MessageLog log;
+    const QByteArray block = NmeaTestKit::noLineEndBlock(64 * 1024);
+    const qint64 before = NmeaTestKit::residentKb();
+    int longest = 0;
+    for (int sent = 0; sent < 20 * 1024 * 1024; sent += block.size()) {
+        QVERIFY(terminal.writeAll(block, 10000));
+        longest = qMax(longest, source->getBuffer().size());
+    }
+    QTRY_VERIFY(source->getBuffer().size() == NmeaSource::MaxUnfinishedLine);
+    const qint64 grown = NmeaTestKit::residentKb() - before;
+    QVERIFY2(longest <= NmeaSource::MaxUnfinishedLine, qPrintable(QString::number(longest)));
+    // Kept whole, the 20 MB would be 40 MB of text.
+    QVERIFY2(grown < 20 * 1024, qPrintable(QStringLiteral("grew %1 kB").arg(grown)));
+    QCOMPARE(log.count(QStringLiteral("unfinished line too long, oldest bytes dropped, source 1")), 1);
+
+    terminal.write("\r\n" + withSum("$WIXDR,P,1.0050,B,Barometer") + "\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1005.0);
+    QVERIFY(source->getBuffer().isEmpty());
 }
 
 QTEST_MAIN(TestNmeaSourceSerial)

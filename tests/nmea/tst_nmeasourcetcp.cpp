@@ -33,6 +33,7 @@ private slots:
     void timeOutReconnectsAfterTenMilliseconds();
     void myWriteSendsToTheServer();
     void stopWithdrawsThePressure();
+    void twentyMegabytesWithoutLineEndKeepMemoryFlat();
 
 private:
     struct Served
@@ -331,6 +332,43 @@ void TestNmeaSourceTcp::stopWithdrawsThePressure()
     QTest::qWait(200);
     // Stopped on purpose: no retry.
     QCOMPARE(log.count(QStringLiteral("trying to connect")), 0);
+}
+
+void TestNmeaSourceTcp::twentyMegabytesWithoutLineEndKeepMemoryFlat()
+{
+    SourceFixture fixture;
+    Served served;
+    QVERIFY(served.listen());
+    auto* source = served.connectSource(fixture);
+    QVERIFY(source);
+    served.send("$WIXDR,P,1.0132,B,Barometer\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
+
+    MessageLog log;
+    const QByteArray block = noLineEndBlock(64 * 1024);
+    const qint64 before = residentKb();
+    int longest = 0;
+    for (int sent = 0; sent < 20 * 1024 * 1024; sent += block.size()) {
+        served.send(block);
+        QTRY_VERIFY(served.peer->bytesToWrite() == 0);
+        longest = qMax(longest, source->getBuffer().size());
+    }
+    QTRY_VERIFY(source->getBuffer().size() == NmeaSource::MaxUnfinishedLine);
+    const qint64 grown = residentKb() - before;
+    QVERIFY2(longest <= NmeaSource::MaxUnfinishedLine, qPrintable(QString::number(longest)));
+    // Kept whole, the 20 MB would be 40 MB of text; under half of that leaves room for
+    // what the allocator holds on to after the large reads of a loaded machine.
+    QVERIFY2(grown < 20 * 1024, qPrintable(QStringLiteral("grew %1 kB").arg(grown)));
+    QCOMPARE(log.count(QStringLiteral("unfinished line too long, oldest bytes dropped, source 2")), 1);
+
+    // The rubbish ends as a line of its own, dropped; the sentence after it is read.
+    served.send("\r\n$WIXDR,P,1.0050,B,Barometer\r\n");
+    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1005.0);
+    QVERIFY(source->getBuffer().isEmpty());
+
+    // A second overflow is told again.
+    served.send(noLineEndBlock(NmeaSource::MaxUnfinishedLine + 10));
+    QTRY_COMPARE(log.count(QStringLiteral("unfinished line too long")), 2);
 }
 
 QTEST_MAIN(TestNmeaSourceTcp)

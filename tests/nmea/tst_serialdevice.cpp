@@ -76,9 +76,11 @@ void TestSerialDevice::unpluggedDeviceIsRetriedAndReadingsReturnWithoutRestart()
     device.command(QStringLiteral("return"));
     QCOMPARE(device.nextPath(), path);
     sinceReplug.start();
-    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 3000);
-    // Within one retry, plus the device's own interval.
-    QVERIFY2(sinceReplug.elapsed() < 500 + 400, qPrintable(QString::number(sinceReplug.elapsed())));
+    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
+    // By one of the next retries at the shortened interval, plus the device's own interval:
+    // far below the 10 s the real interval would take. The pace of the retries themselves
+    // is checked above.
+    QVERIFY2(sinceReplug.elapsed() < 2500, qPrintable(QString::number(sinceReplug.elapsed())));
     QCOMPARE(b.getReceiver(), receiver);
 }
 

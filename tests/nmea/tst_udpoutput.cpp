@@ -13,6 +13,7 @@
 #include <QtCore/QTimer>
 #include <QtTest/QtTest>
 
+#include <atomic>
 #include <cmath>
 #include <memory>
 
@@ -258,6 +259,64 @@ private slots:
         QCOMPARE(listener.datagrams(), QList<QByteArray>{xdr(1000.0)});
     }
 
+    // ---- settings across threads ----
+
+    // The pages write settings on the main thread whenever they like, while the worker's
+    // output tick reads "updPort" and "sendUdpPos" each second. A thread sanitizer build
+    // watches both sides here; the port written last, not yet synced, is the one used next.
+    void settingsWrittenOnTheMainThreadWhileTheOutputTicks()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        DatagramListener first(20911);
+        DatagramListener last(20912);
+        Fixture f({{QStringLiteral("SettingUseUdpOut"), 1}, {QStringLiteral("updPort"), 20911}});
+        NmeaReceiver* receiver = f.b->getReceiver();
+        QVERIFY(receiver);
+        f.b->setCurrentPressure(1002.5, Tcp);
+        QVERIFY(first.waitFor(1, 3000));
+
+        // Besides its timer, the worker reads as fast as it can for the whole time.
+        std::atomic<bool> writing{true};
+        std::atomic<int> reads{0};
+        QMetaObject::invokeMethod(
+                receiver,
+                [&] {
+                    while (writing.load()) {
+                        if (backend->getSetting(QStringLiteral("updPort"), 10110).toInt() == 20911)
+                            ++reads;
+                        backend->getSetting(QStringLiteral("sendUdpPos"), 0);
+                        // The worker's own timer goes on ticking in between.
+                        QCoreApplication::processEvents();
+                    }
+                },
+                Qt::QueuedConnection);
+        QElapsedTimer timer;
+        timer.start();
+        int writes = 0;
+        while (timer.elapsed() < 2200) {
+            f.b->setSetting(QStringLiteral("updPort"), 20911);
+            f.b->setSetting(QStringLiteral("sendUdpPos"), 0);
+            f.b->setSetting(QStringLiteral("unitPre"), writes % 5);
+            f.b->setSetting(QStringLiteral("scratch%1").arg(writes % 64), QString::number(writes));
+            if (writes % 100 == 0)
+                f.b->syncSettings();
+            ++writes;
+            if (writes % 50 == 0)
+                QCoreApplication::processEvents();
+        }
+        writing = false;
+        // The tick kept its second meanwhile.
+        QVERIFY(first.waitFor(3, 3000));
+        QVERIFY(reads.load() > 0);
+        QVERIFY(writes > 100);
+
+        f.b->setSetting(QStringLiteral("updPort"), 20912);
+        QVERIFY(last.waitFor(1, 2500));
+        QCOMPARE(last.datagrams().first(), xdr(1002.5));
+        // Every write reached the page's own reader on the main thread as well.
+        QCOMPARE(f.b->getSetting(QStringLiteral("updPort"), 10110).toInt(), 20912);
+    }
+
     // ---- round trip ----
 
     void ourSentencesReadBackByOurInput()
@@ -289,6 +348,92 @@ private slots:
         QTRY_VERIFY(f.b->getPosition().x() > 0.0);
         QVERIFY(std::fabs(f.b->getPosition().x() - 11.516667) < 1e-5);
         QVERIFY(std::fabs(f.b->getPosition().y() - 48.1173) < 1e-5);
+    }
+
+    // ---- MDA and the pressure-fall ALR ----
+
+    void mdaOnlyWhenSwitchedOn_data()
+    {
+        QTest::addColumn<int>("mda");
+        QTest::newRow("MDA off sends the XDR alone") << 0;
+        QTest::newRow("MDA on sends both") << 1;
+    }
+
+    void mdaOnlyWhenSwitchedOn()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        QFETCH(int, mda);
+        DatagramListener listener(10110);
+        Fixture f({{QStringLiteral("sendUdpMda"), mda}});
+        NmeaReceiver& receiver = f.ownReceiver();
+        f.b->setCurrentPressure(1013.25, Tcp);
+        receiver.slot_sendUdp();
+        QVERIFY(listener.waitFor(1 + mda));
+        QVERIFY(listener.staysQuietFor(200));
+        QList<QByteArray> expected{xdr(1013.25)};
+        if (mda == 1)
+            expected << sentence("$WIMDA,29.9213,I,1.01325,B,,,,,,,,,,,,,,,,");
+        QCOMPARE(listener.datagrams(), expected);
+    }
+
+    void ourMdaReadsBackAsTheXdrDoes()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        Fixture f({{QStringLiteral("SettingUseUdp"), 1}, {QStringLiteral("SettingUdpPort"), 21001}});
+        QVERIFY(f.b->getReceiver());
+        NmeaSenderUdp sender;
+        QTRY_VERIFY_WITH_TIMEOUT((sender.sendPressure(1002.37, 21001), f.b->getCurrentPressure() > 0.0), 5000);
+        const double fromXdr = f.b->getCurrentPressure();
+        f.b->setCurrentPressure(-2000.0, Udp);
+        QVERIFY(sender.sendPressureMda(1002.37, 21001));
+        QTRY_VERIFY(f.b->getCurrentPressure() > 0.0);
+        QCOMPARE(f.b->getCurrentPressure(), fromXdr);
+    }
+
+    void alrAtEachChangeAndEveryMinuteWhileALevelHolds()
+    {
+        BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        DatagramListener listener(10110);
+        Fixture f;
+        NmeaReceiver& receiver = f.ownReceiver();
+        const auto alrs = [&] {
+            QList<QByteArray> found;
+            for (const QByteArray& d : listener.datagrams())
+                if (d.startsWith("$WIALR"))
+                    found << d;
+            return found;
+        };
+        // No level: nothing, however long.
+        for (int i = 0; i < 70; ++i)
+            receiver.slot_sendUdp();
+        QVERIFY(listener.staysQuietFor(100));
+        QCOMPARE(alrs().size(), 0);
+
+        f.b->publishWarning(WarningState{1, false, March23rd1994});
+        receiver.slot_sendUdp();
+        QVERIFY(listener.waitFor(1));
+        QCOMPARE(alrs(), QList<QByteArray>{sentence("$WIALR,123519.00,001,A,V,PRESSURE FALLING QUICKLY")});
+        for (int i = 0; i < 59; ++i)
+            receiver.slot_sendUdp();
+        QVERIFY(listener.staysQuietFor(100));
+        QCOMPARE(alrs().size(), 1);
+        receiver.slot_sendUdp();
+        QVERIFY(listener.waitFor(2));
+        QCOMPARE(alrs().size(), 2);
+
+        f.b->publishWarning(WarningState{1, true, March23rd1994});
+        receiver.slot_sendUdp();
+        QVERIFY(listener.waitFor(3));
+        QCOMPARE(alrs().last(), sentence("$WIALR,123519.00,001,A,A,PRESSURE FALLING QUICKLY"));
+
+        f.b->publishWarning(WarningState{0, false, March23rd1994 + 60});
+        receiver.slot_sendUdp();
+        QVERIFY(listener.waitFor(4));
+        QCOMPARE(alrs().last(), sentence("$WIALR,123619.00,001,V,V,PRESSURE FALL ENDED"));
+        for (int i = 0; i < 70; ++i)
+            receiver.slot_sendUdp();
+        QVERIFY(listener.staysQuietFor(100));
+        QCOMPARE(alrs().size(), 4);
     }
 };
 

@@ -43,7 +43,7 @@ const QStringList CoreDiagnostics = {
     QStringLiteral("trying to start location services"), QStringLiteral("location services started"),
     QStringLiteral("dataSource created"),   QStringLiteral("datasource deleted"),
     QStringLiteral("translator qtbase empty ?"), QStringLiteral("translator qt empty ?"),
-    QStringLiteral("translator brinholt empty ?"),
+    QStringLiteral("translator brinholt empty ?"), QStringLiteral("pressure fall level"),
 };
 
 // The pages' own console lines.

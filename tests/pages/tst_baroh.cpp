@@ -6,6 +6,7 @@
 
 #include <QtCharts/QXYSeries>
 #include <QtCore/QElapsedTimer>
+#include <QtGui/QDesktopServices>
 #include <QtGui/QWheelEvent>
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
@@ -17,6 +18,18 @@ namespace {
 
 // A whole minute, so that rows at even seconds line up with the tick's own.
 constexpr qint64 T0 = 1700000040;
+
+// Stands in for the system's viewer of files.
+class UrlSink : public QObject
+{
+    Q_OBJECT
+
+public:
+    QList<QUrl> urls;
+
+public slots:
+    void openUrl(const QUrl& url) { urls << url; }
+};
 
 const QStringList Tables = {"BARO30M", "BARO3H", "BARO6H", "BAR12H", "BARO1D",
                             "BARO2D",  "BARO4D", "BARO8D", "BAR16D"};
@@ -782,6 +795,53 @@ private slots:
         QTest::mouseClick(h.window(), Qt::LeftButton, Qt::NoModifier,
                           scenePoint(banner, QPointF(w * (1800 - 485) / 1800 - 2, y)));
         QCOMPARE(h.openedUrls().size(), 2);
+        checkClean(h);
+    }
+
+    // ---- the pressure-fall warning and the barogram ----
+
+    void warningStripShowsTheLevelUntilAcknowledged()
+    {
+        PageHarness h;
+        QVERIFY(startGraph(h));
+        QQuickItem* strip = h.item("warningStrip", h.item("baroH"));
+        QVERIFY(strip);
+        QVERIFY(!strip->isVisible());
+        // 4.5 hPa down in three hours: the warning, on both pages.
+        QVERIFY(h.insertRow("BARO3H", T0 - 10800, 1016.5));
+        h.sample(T0, 1012.0);
+        QVERIFY(strip->isVisible());
+        QCOMPARE(h.find("warningLevel", strip)->property("text").toString(), QStringLiteral("Pressure falling quickly"));
+        QVERIFY2(h.find("warningDetail", strip)->property("text").toString().startsWith(
+                         QStringLiteral("Fall of 4.5 mb in three hours")),
+                 qPrintable(h.find("warningDetail", strip)->property("text").toString()));
+        QQuickItem* large = h.item("warningStrip", h.item("baroV"));
+        QVERIFY(large && large->property("level").toInt() == 1);
+
+        QQuickItem* acknowledge = h.item("warningAcknowledge", strip);
+        QVERIFY(acknowledge);
+        click(h, acknowledge);
+        QVERIFY(h.log()->getWarning()->isAcknowledged());
+        QCOMPARE(acknowledge->property("text").toString(), QStringLiteral("Acknowledged"));
+        QVERIFY(!acknowledge->isEnabled());
+        QCOMPARE(h.messages().count(QStringLiteral("pressure fall level Warning 3h 4.5 1h none")), 1);
+        checkClean(h);
+    }
+
+    void barogramButtonSavesTheSpanShown()
+    {
+        PageHarness h;
+        QVERIFY(startGraph(h));
+        UrlSink shown;
+        QDesktopServices::setUrlHandler(QStringLiteral("file"), &shown, "openUrl");
+        for (qint64 t = T0 - 600; t < T0; t += 2)
+            QVERIFY(h.insertRow("BARO30M", t, 1012.0));
+        h.sample(T0, 1012.0);
+        click(h, pageItem(h, "buttonBarogram"));
+        QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+        QCOMPARE(shown.urls.size(), 1);
+        QVERIFY(shown.urls.at(0).toString().endsWith(QStringLiteral("/barogram_BARO30M.pdf")));
+        QVERIFY(QFile::exists(h.folder().filePath(QStringLiteral("barogram_BARO30M.pdf"))));
         checkClean(h);
     }
 };

@@ -29,7 +29,7 @@ private:
 };
 
 // The log's container: the list of tables, then the rows of the one chosen, and only the way
-// back can be swiped. The two pages it holds are stood in for until they exist.
+// back can be swiped.
 class TestFilesSwipe : public QObject
 {
     Q_OBJECT
@@ -37,8 +37,6 @@ class TestFilesSwipe : public QObject
 private:
     static QQuickItem* startFiles(PageHarness& h)
     {
-        h.standIn("FileData.qml");
-        h.standIn("FileDetails.qml");
         h.writeSetting("windowWidth", 800);
         h.writeSetting("windowHeight", 600);
         h.writeSetting("windowX", 0);

@@ -28,7 +28,7 @@ AppProcess::~AppProcess()
     }
 }
 
-bool AppProcess::start()
+bool AppProcess::start(const QStringList& arguments)
 {
     const QDir build(QStringLiteral(BRINHOLT_BINARY_DIR));
     const QStringList files = {QStringLiteral("brinholt"), QStringLiteral("Brinholt_en_US.qm"),
@@ -44,7 +44,7 @@ bool AppProcess::start()
     proc.setProcessEnvironment(env);
     // Started from elsewhere on purpose: the data folder must follow the executable.
     proc.setWorkingDirectory(QDir::tempPath());
-    proc.start(QDir(folder).filePath(QStringLiteral("brinholt")), QStringList());
+    proc.start(QDir(folder).filePath(QStringLiteral("brinholt")), arguments);
     return proc.waitForStarted(10000);
 }
 

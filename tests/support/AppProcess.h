@@ -16,7 +16,7 @@ public:
     AppProcess& operator=(const AppProcess&) = delete;
 
     QProcessEnvironment& environment() { return env; }
-    bool start();
+    bool start(const QStringList& arguments = QStringList());
     // Waits until a line of the application's log contains `text`.
     bool waitForLog(const QString& text, int timeoutMs);
     QStringList log();

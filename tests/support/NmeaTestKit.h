@@ -10,6 +10,7 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
 #include <QtCore/QMetaObject>
 #include <QtCore/QPointer>
 #include <QtCore/QSettings>
@@ -20,6 +21,7 @@
 #include <QtTest/QTest>
 
 #include <functional>
+#include <malloc.h>
 #include <memory>
 
 namespace NmeaTestKit {
@@ -130,5 +132,30 @@ struct FastTimers
         NmeaReceiver::setDelayBehindSerialMs(5000);
     }
 };
+
+// Resident memory of this process in kB, from the kernel's own count. Freed memory that
+// the allocator keeps for reuse after a large transient block is handed back first, so
+// that what is counted is what is held.
+inline qint64 residentKb()
+{
+    malloc_trim(0);
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray& line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').value(0).toLongLong();
+    }
+    return -1;
+}
+
+// `block` bytes with no line end among them, as a device on the wrong speed sends.
+inline QByteArray noLineEndBlock(int block)
+{
+    QByteArray bytes(block, 'x');
+    for (int i = 0; i < block; i += 7)
+        bytes[i] = char('A' + i % 26);
+    return bytes;
+}
 
 } // namespace NmeaTestKit

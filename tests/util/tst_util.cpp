@@ -462,7 +462,7 @@ void TestUtil::formatDateIso_data()
     QTest::addColumn<QString>("expected");
 
     QTest::newRow("UTC ends in Z") << 0 << "2026-11-05T14:03:22Z";
-    QTest::newRow("local time shows the local clock") << 1 << "2026-11-05T06:03:22";
+    QTest::newRow("local time shows the local clock and no zone") << 1 << "2026-11-05T06:03:22";
 }
 
 void TestUtil::formatDateIso()
@@ -471,8 +471,7 @@ void TestUtil::formatDateIso()
     QFETCH(QString, expected);
 
     back->setSetting(QStringLiteral("timeZone"), timeZone);
-    QVERIFY2(Util::formatDateIso(exampleMoment()).startsWith(expected),
-             qPrintable(Util::formatDateIso(exampleMoment())));
+    QCOMPARE(Util::formatDateIso(exampleMoment()), expected);
 }
 
 void TestUtil::formatDateBaro_data()

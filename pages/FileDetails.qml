@@ -1,0 +1,275 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Controls.Material 2.15
+import QtQuick.Layouts 1.15
+import QtQuick.Dialogs 1.3
+
+// The rows of the table chosen on the list, newest first, with export and deletion. The
+// list is a picture taken at the choice: rows logged later join it at the next choice.
+Item {
+    id: fileDetailsPage
+
+    property int m_fileNb: 0
+
+    readonly property bool darkTheme: Material.theme === Material.Dark
+
+    // The export buttons only choose the filter and show the dialog; the dialog's acceptance
+    // exports, to the name the user gave.
+    function chooseFile(filter) {
+        fileDiag.nameFilters = [filter]
+        fileDiag.visible = true
+    }
+
+    Connections {
+        target: fileDetailsPage.SwipeView.view
+        function onFileSelected(fileNb) {
+            var names = [qsTr("30m"), qsTr("3h"), qsTr("6h"), qsTr("12h"), qsTr("1d"),
+                         qsTr("2d"), qsTr("4d"), qsTr("8d"), qsTr("16d")]
+            ft.text = fileNb >= 0 && fileNb < names.length ? names[fileNb] : ""
+            m_fileNb = fileNb
+            model_.clear()
+            var rows = dataSource.getTableContent(fileNb)
+            for (var i = 0; i < rows.length; i++)
+                model_.append({"key": rows[i]["key"], "desc": rows[i]["desc"]})
+            fileContent.currentIndex = -1
+        }
+    }
+
+    MessageDialog {
+        id: areYouSure
+        objectName: "areYouSure"
+        visible: false
+        text: qsTr("Are you sure you want to delete ALL data in this table ?")
+        icon: StandardIcon.Question
+        standardButtons: StandardButton.Ok | StandardButton.Cancel
+        onAccepted: {
+            if (answered)
+                return
+            answered = true
+            areYouSure.visible = false
+            dataSource.emptyOneTable(m_fileNb)
+            model_.clear()
+        }
+        onRejected: {
+            answered = true
+            areYouSure.visible = false
+        }
+        // The dialog of widgets tells its answer twice; the question is answered once.
+        property bool answered: true
+        function ask() {
+            answered = false
+            visible = true
+        }
+    }
+
+    FileDialog {
+        id: fileDiag
+        objectName: "fileDiag"
+        visible: false
+        title: qsTr("Please choose a file")
+        selectExisting: false
+        selectMultiple: false
+        folder: shortcuts.documents
+        onAccepted: dataSource.exportFile(m_fileNb, fileUrl.toString())
+        onRejected: {
+            fileDiag.visible = false
+            console.log("filediag rejected")
+        }
+    }
+
+    ListModel {
+        id: model_
+        objectName: "model_"
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: 10
+        spacing: 0
+
+        Image {
+            id: imgQuillmere
+            objectName: "imgQuillmere"
+            source: "qrc:/Images/USB_banner.png"
+            Layout.leftMargin: -10
+            Layout.rightMargin: -10
+            Layout.topMargin: -10
+            Layout.preferredWidth: window.width
+            Layout.preferredHeight: window.width * 218 / 1800
+            fillMode: Image.PreserveAspectFit
+            verticalAlignment: Image.AlignTop
+            smooth: true
+            mipmap: true
+            clip: true
+
+            MouseArea {
+                objectName: "makerLink"
+                x: 0
+                width: parent.width * 800 / 1800
+                height: parent.height
+                cursorShape: Qt.PointingHandCursor
+                onClicked: Qt.openUrlExternally("https://www.quillmere.com/")
+            }
+            MouseArea {
+                objectName: "deviceLink"
+                x: parent.width - width
+                width: parent.width * 485 / 1800
+                height: parent.height
+                cursorShape: Qt.PointingHandCursor
+                onClicked: Qt.openUrlExternally("https://www.quillmere.com/skerry")
+            }
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.margins: 10
+            Layout.alignment: Qt.AlignRight
+
+            Text {
+                id: ft
+                objectName: "ft"
+                Layout.fillWidth: true
+                font.pixelSize: csvButton.font.pixelSize
+                font.bold: true
+                color: fileDetailsPage.darkTheme ? "yellow" : "blue"
+                verticalAlignment: Text.AlignVCenter
+                Accessible.role: Accessible.StaticText
+                Accessible.name: ft.text !== "" ? ft.text : qsTr("No table chosen")
+            }
+
+            RoundButton {
+                id: csvButton
+                objectName: "csvButton"
+                text: "CSV"
+                ToolTip.visible: hovered
+                ToolTip.delay: 500
+                ToolTip.text: qsTr("Export page as CSV")
+                Accessible.role: Accessible.Button
+                Accessible.name: "CSV"
+                Accessible.description: qsTr("Export page as CSV")
+                Accessible.onPressAction: fileDetailsPage.chooseFile("CSV files (*.csv)")
+
+                MouseArea {
+                    anchors.fill: parent
+                    hoverEnabled: false
+                    onClicked: fileDetailsPage.chooseFile("CSV files (*.csv)")
+                }
+            }
+
+            RoundButton {
+                id: gpxButton
+                objectName: "gpxButton"
+                text: "GPX"
+                ToolTip.visible: hovered
+                ToolTip.delay: 500
+                ToolTip.text: qsTr("Export page as GPX")
+                Accessible.role: Accessible.Button
+                Accessible.name: "GPX"
+                Accessible.description: qsTr("Export page as GPX")
+                Accessible.onPressAction: fileDetailsPage.chooseFile("GPS files (*.gpx)")
+                // Never reached by a click: the mouse area below takes it.
+                onClicked: dataSource.exportGpx(m_fileNb)
+
+                MouseArea {
+                    anchors.fill: parent
+                    hoverEnabled: false
+                    onClicked: fileDetailsPage.chooseFile("GPS files (*.gpx)")
+                }
+            }
+
+            ToolButton {
+                id: deleteTable
+                objectName: "deleteTable"
+                icon.source: "qrc:/Images/delete.png"
+                icon.color: "transparent"
+                icon.width: 28
+                icon.height: 28
+                ToolTip.visible: hovered
+                ToolTip.delay: 500
+                ToolTip.text: qsTr("Delete this data file")
+                Accessible.role: Accessible.Button
+                Accessible.name: qsTr("Delete this data file")
+                onClicked: areYouSure.ask()
+            }
+        }
+
+        ListView {
+            id: fileContent
+            objectName: "fileContent"
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            clip: true
+            currentIndex: -1
+            spacing: csvButton.font.pixelSize * 0.75
+            model: model_
+            highlightMoveDuration: 0
+            ScrollBar.vertical: ScrollBar {
+                policy: ScrollBar.AlwaysOn
+            }
+            highlight: Rectangle {
+                color: "lightsteelblue"
+                radius: 5
+            }
+            Accessible.role: Accessible.List
+            Accessible.name: ft.text !== "" ? ft.text : qsTr("No table chosen")
+
+            delegate: Item {
+                id: row
+                objectName: "row" + index
+                width: fileContent.width - 20
+                height: Math.max(rowText.implicitHeight, rowDelete.implicitHeight)
+
+                function choose() {
+                    fileContent.currentIndex = index
+                    fileContent.forceActiveFocus()
+                }
+
+                Text {
+                    id: rowText
+                    objectName: "rowText"
+                    anchors.left: parent.left
+                    anchors.right: rowDelete.left
+                    anchors.verticalCenter: parent.verticalCenter
+                    leftPadding: 6
+                    text: desc
+                    textFormat: Text.AutoText
+                    wrapMode: Text.Wrap
+                    font.pixelSize: csvButton.font.pixelSize
+                    color: fileDetailsPage.Material.foreground
+                    Accessible.role: Accessible.ListItem
+                    Accessible.name: rowText.text.replace(/<[^>]*>/g, " ").replace(/\s+/g, " ").trim()
+                    Accessible.selectable: true
+                    Accessible.selected: row.ListView.isCurrentItem
+                    Accessible.onPressAction: row.choose()
+
+                    MouseArea {
+                        anchors.fill: parent
+                        onClicked: row.choose()
+                    }
+                }
+
+                ToolButton {
+                    id: rowDelete
+                    objectName: "rowDelete"
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: row.ListView.isCurrentItem
+                    icon.source: "qrc:/Images/delete.png"
+                    icon.color: "transparent"
+                    icon.width: 24
+                    icon.height: 24
+                    ToolTip.visible: hovered
+                    ToolTip.delay: 500
+                    ToolTip.text: qsTr("Delete this record")
+                    Accessible.role: Accessible.Button
+                    Accessible.name: qsTr("Delete this record")
+                    onClicked: {
+                        dataSource.removeKey(m_fileNb, key)
+                        model_.remove(index)
+                        fileContent.currentIndex = -1
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,10 @@
+import QtQuick 2.15
+import QtQuick.Controls.Material 2.15
+import QtQuick.Layouts 1.15
+
+// The caption above a control of the settings pages.
+Text {
+    font.pixelSize: 15
+    Layout.alignment: Qt.AlignLeft
+    color: Material.theme === Material.Dark ? "yellow" : "blue"
+}

@@ -1,0 +1,343 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Controls.Material 2.15
+import QtQuick.Layouts 1.15
+import backend 1.0
+
+// Texts name their context: the page is published without the .qml suffix, and a bare
+// qsTr call bound to a property then looks in the wrong context and stays in English.
+
+// Where readings come from and where they go. Nothing takes effect while the page is open:
+// leaving it saves the choices and restarts position and NMEA input with them.
+ScrollView {
+    id: settingsRect
+    objectName: "connectionsPage"
+    clip: true
+
+    property bool ready: false
+    property bool isAndroidOrIos: Qt.platform.os === "android" || Qt.platform.os === "ios"
+    readonly property bool hasBackend: typeof backend !== "undefined" && backend !== null
+    // The ports the machine offers, as the list shows them; read once, when the page opens.
+    property var serialPorts: hasBackend ? backend.getSerialPorts() : []
+
+    contentWidth: Math.max(pageColumn.implicitWidth, settingsRect.availableWidth)
+    contentHeight: Math.max(pageColumn.implicitHeight, settingsRect.availableHeight)
+
+    // The widest entry, as far as the backend lets a text widen a box, plus the box's own parts.
+    function comboWidth(combo, entries) {
+        var widest = 0
+        for (var i = 0; i < entries.length; ++i)
+            widest = Math.max(widest, backend.getHorizontalAdvance(entries[i]))
+        var indicator = combo.indicator ? combo.indicator.width : 0
+        return widest + indicator + combo.leftPadding + combo.rightPadding
+    }
+
+    function saveAll() {
+        if (!hasBackend)
+            return
+        backend.setSetting("SettingSerialPort", serialPort.currentIndex === -1 ? "None" : serialPort.currentText)
+        backend.setSetting("SettingUsePos", swPos.checked ? 1 : 0)
+        backend.setSetting("SettingUseSerial", swSerial.checked ? 1 : 0)
+        backend.setSetting("SettingPosSource", posInternal.checked ? 1 : 2)
+        backend.setSetting("SettingSerialSpeed", serialSpeed.currentText)
+        backend.setSetting("SettingSerialNbBits", serialNbBits.currentIndex)
+        backend.setSetting("SettingSerialParity", serialParity.currentIndex)
+        backend.setSetting("SettingSerialStopBit", serialStopBit.currentIndex)
+        backend.setSetting("SettingSerialControl", serialControl.currentIndex)
+        backend.setSetting("SettingTcpIpAddress", tcpIpAddress.text)
+        backend.setSetting("SettingTcpIpPort", tcpIpPort.value)
+        backend.setSetting("SettingUdpPort", udpInputPort.value)
+        backend.setSetting("updPort", sp_udpPort.value)
+        backend.setSetting("sendUdpPos", swUpdPos.checked ? 1 : 0)
+        backend.setSetting("SettingUseTcp", swTcp.checked ? 1 : 0)
+        backend.setSetting("SettingUseUdp", swUdp.checked ? 1 : 0)
+        backend.setSetting("SettingUseUdpOut", swUdpOut.checked ? 1 : 0)
+        backend.setSetting("sendUdpMda", swUdpMda.checked ? 1 : 0)
+        backend.syncSettings()
+        // Whatever changed, no fix of the old sources may outlive them.
+        backend.clearAllFix()
+        backend.startLocationServices()
+        backend.startNmea()
+    }
+
+    ColumnLayout {
+        id: pageColumn
+        width: settingsRect.contentWidth
+        spacing: 0
+
+        Image {
+            id: imgQuillmere
+            objectName: "imgQuillmere"
+            source: "qrc:/Images/USB_banner.png"
+            Layout.preferredWidth: window.width
+            Layout.preferredHeight: window.width * 218 / 1800
+            fillMode: Image.PreserveAspectFit
+            verticalAlignment: Image.AlignTop
+            smooth: true
+            mipmap: true
+            clip: true
+
+            MouseArea {
+                objectName: "makerLink"
+                x: 0
+                width: parent.width * 800 / 1800
+                height: parent.height
+                cursorShape: Qt.PointingHandCursor
+                onClicked: Qt.openUrlExternally("https://www.quillmere.com/")
+            }
+            MouseArea {
+                objectName: "deviceLink"
+                x: parent.width - width
+                width: parent.width * 485 / 1800
+                height: parent.height
+                cursorShape: Qt.PointingHandCursor
+                onClicked: Qt.openUrlExternally("https://www.quillmere.com/skerry")
+            }
+        }
+
+        Label {
+            id: title
+            objectName: "connectionsTitle"
+            Layout.topMargin: 20
+            Layout.alignment: Qt.AlignHCenter
+            font.pixelSize: swPos.font.pixelSize * 2
+            text: qsTranslate("settingsConnections", "Connections")
+        }
+
+        GridLayout {
+            id: grid
+            objectName: "connectionsGrid"
+            Layout.margins: 10
+            Layout.alignment: Qt.AlignHCenter
+            columns: 2
+            rowSpacing: 10
+            columnSpacing: 20
+
+            Switch {
+                id: swPos
+                objectName: "swPos"
+                text: qsTranslate("settingsConnections", "Position")
+                Accessible.name: text
+            }
+            RowLayout {
+                enabled: swPos.checked
+                RadioButton {
+                    id: posInternal
+                    objectName: "posInternal"
+                    text: qsTranslate("settingsConnections", "Internal")
+                    Accessible.name: text
+                }
+                RadioButton {
+                    id: posNmea
+                    objectName: "posNmea"
+                    text: qsTranslate("settingsConnections", "NMEA")
+                    Accessible.name: text
+                }
+            }
+
+            Switch {
+                id: swSerial
+                objectName: "swSerial"
+                text: qsTranslate("settingsConnections", "Serial NMEA input")
+                Accessible.name: text
+            }
+            RowLayout {
+                enabled: swSerial.checked
+                ComboBox {
+                    id: serialPort
+                    objectName: "serialPort"
+                    model: serialPorts
+                    Accessible.name: qsTranslate("settingsConnections", "Serial port")
+                }
+                ComboBox {
+                    id: serialSpeed
+                    objectName: "serialSpeed"
+                    model: ["1200", "2400", "4800", "9600", "19200", "38400", "57600", "115200"]
+                    Accessible.name: qsTranslate("settingsConnections", "Speed")
+                }
+                ColumnLayout {
+                    ComboBox {
+                        id: serialParity
+                        objectName: "serialParity"
+                        model: [qsTranslate("settingsConnections", "No Parity"), qsTranslate("settingsConnections", "Even Parity"), qsTranslate("settingsConnections", "Odd Parity"), qsTranslate("settingsConnections", "Space Parity"),
+                                qsTranslate("settingsConnections", "Mark Parity")]
+                        Accessible.name: qsTranslate("settingsConnections", "Parity")
+                    }
+                    ComboBox {
+                        id: serialNbBits
+                        objectName: "serialNbBits"
+                        Layout.minimumWidth: serialParity.Layout.minimumWidth
+                        model: [qsTranslate("settingsConnections", "8 Bits"), qsTranslate("settingsConnections", "7 Bits"), qsTranslate("settingsConnections", "6 Bits"), qsTranslate("settingsConnections", "5 Bits")]
+                        Accessible.name: qsTranslate("settingsConnections", "Data bits")
+                    }
+                }
+                ColumnLayout {
+                    ComboBox {
+                        id: serialStopBit
+                        objectName: "serialStopBit"
+                        Layout.minimumWidth: serialControl.Layout.minimumWidth
+                        model: [qsTranslate("settingsConnections", "1 Bit"), qsTranslate("settingsConnections", "1.5 Bit"), qsTranslate("settingsConnections", "2 Bits")]
+                        Accessible.name: qsTranslate("settingsConnections", "Stop bits")
+                    }
+                    ComboBox {
+                        id: serialControl
+                        objectName: "serialControl"
+                        model: [qsTranslate("settingsConnections", "No Control"), qsTranslate("settingsConnections", "Hardware"), qsTranslate("settingsConnections", "Software")]
+                        Accessible.name: qsTranslate("settingsConnections", "Flow control")
+                    }
+                }
+            }
+
+            Switch {
+                id: swTcp
+                objectName: "swTcp"
+                text: qsTranslate("settingsConnections", "TCP NMEA input")
+                Accessible.name: text
+            }
+            RowLayout {
+                enabled: swTcp.checked
+                Rectangle {
+                    Layout.preferredWidth: tcpIpAddress.implicitWidth + 16
+                    Layout.preferredHeight: tcpIpPort.implicitHeight
+                    color: "transparent"
+                    border.width: 1
+                    border.color: tcpIpAddress.activeFocus ? Material.accent : Material.hintTextColor
+                    radius: 2
+
+                    TextInput {
+                        id: tcpIpAddress
+                        objectName: "tcpIpAddress"
+                        anchors.centerIn: parent
+                        inputMask: "999.999.999.999"
+                        font: serialPort.font
+                        color: enabled ? Material.foreground : Material.hintTextColor
+                        selectByMouse: true
+                        Accessible.role: Accessible.EditableText
+                        Accessible.name: qsTranslate("settingsConnections", "TCP address")
+                        onActiveFocusChanged: {
+                            if (activeFocus)
+                                cursorPosition = 0
+                        }
+                        onEditingFinished: parent.forceActiveFocus()
+                        Keys.onReturnPressed: parent.forceActiveFocus()
+                        Keys.onEnterPressed: parent.forceActiveFocus()
+                    }
+                }
+                SpinBox {
+                    id: tcpIpPort
+                    objectName: "tcpIpPort"
+                    from: 6000
+                    to: 65535
+                    value: 10110
+                    editable: true
+                    // A port is a number, not a quantity: no group separator.
+                    textFromValue: function(value) { return value.toString() }
+                    valueFromText: function(text) { return parseInt(text, 10) }
+                    Accessible.name: qsTranslate("settingsConnections", "TCP port")
+                }
+            }
+
+            Switch {
+                id: swUdp
+                objectName: "swUdp"
+                text: qsTranslate("settingsConnections", "UDP NMEA input")
+                Accessible.name: text
+            }
+            SpinBox {
+                id: udpInputPort
+                objectName: "udpInputPort"
+                enabled: swUdp.checked
+                from: 6000
+                to: 65535
+                value: 10110
+                editable: true
+                textFromValue: function(value) { return value.toString() }
+                valueFromText: function(text) { return parseInt(text, 10) }
+                Accessible.name: qsTranslate("settingsConnections", "UDP input port")
+            }
+
+            Switch {
+                id: swUdpOut
+                objectName: "swUdpOut"
+                text: qsTranslate("settingsConnections", "UDP NMEA output")
+                Accessible.name: text
+            }
+            RowLayout {
+                enabled: swUdpOut.checked
+                SpinBox {
+                    id: sp_udpPort
+                    objectName: "sp_udpPort"
+                    from: 6000
+                    to: 65535
+                    value: 10110
+                    editable: true
+                    textFromValue: function(value) { return value.toString() }
+                    valueFromText: function(text) { return parseInt(text, 10) }
+                    Accessible.name: qsTranslate("settingsConnections", "UDP output port")
+                }
+                Switch {
+                    id: swUpdPos
+                    objectName: "swUpdPos"
+                    text: qsTranslate("settingsConnections", "Also send position (RMC)")
+                    Accessible.name: text
+                }
+                // For navigation software that reads pressure only from MDA sentences.
+                Switch {
+                    id: swUdpMda
+                    objectName: "swUdpMda"
+                    text: qsTranslate("settingsConnections", "Also send MDA")
+                    Accessible.name: text
+                }
+            }
+        }
+
+        Item {
+            Layout.fillHeight: true
+        }
+    }
+
+    Component.onCompleted: {
+        ready = true
+        if (!hasBackend)
+            return
+
+        var port = backend.getSetting("SettingSerialPort", "None")
+        if (port !== "None") {
+            var found = serialPort.find(port)
+            if (found >= 0)
+                serialPort.currentIndex = found
+            else if (serialPort.count > 0)
+                serialPort.currentIndex = 0
+        }
+
+        var posSource = backend.getSetting("SettingPosSource", 1)
+        posInternal.checked = posSource === 1
+        posNmea.checked = posSource === 2
+
+        serialSpeed.currentIndex = serialSpeed.find(backend.getSetting("SettingSerialSpeed", 9600))
+        serialNbBits.currentIndex = backend.getSetting("SettingSerialNbBits", 0)
+        serialParity.currentIndex = backend.getSetting("SettingSerialParity", 0)
+        serialStopBit.currentIndex = backend.getSetting("SettingSerialStopBit", 0)
+        serialControl.currentIndex = backend.getSetting("SettingSerialControl", 0)
+
+        swPos.checked = backend.getSetting("SettingUsePos", 1) === 1
+        swSerial.checked = backend.getSetting("SettingUseSerial", 0) === 1
+        swTcp.checked = backend.getSetting("SettingUseTcp", 0) === 1
+        swUdp.checked = backend.getSetting("SettingUseUdp", 0) === 1
+        swUdpOut.checked = backend.getSetting("SettingUseUdpOut", 0) === 1
+
+        tcpIpAddress.text = backend.getSetting("SettingTcpIpAddress", "127.000.000.001")
+        tcpIpPort.value = backend.getSetting("SettingTcpIpPort", 10110)
+        udpInputPort.value = backend.getSetting("SettingUdpPort", 10110)
+        swUpdPos.checked = backend.getSetting("sendUdpPos", 0) === 1
+        swUdpMda.checked = backend.getSetting("sendUdpMda", 0) === 1
+        sp_udpPort.value = backend.getSetting("updPort", 10110)
+
+        serialPort.Layout.minimumWidth = comboWidth(serialPort, serialPorts)
+        serialSpeed.Layout.minimumWidth = comboWidth(serialSpeed, serialSpeed.model)
+        serialParity.Layout.minimumWidth = comboWidth(serialParity, serialParity.model)
+        serialControl.Layout.minimumWidth = comboWidth(serialControl, serialControl.model)
+    }
+
+    Component.onDestruction: saveAll()
+}

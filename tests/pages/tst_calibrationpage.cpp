@@ -1,0 +1,314 @@
+#include "PageHarness.h"
+#include "PageInput.h"
+
+#include "app/BackEnd.h"
+#include "tools/DeviceSimulator.h"
+
+#include <QtCore/QPointer>
+#include <QtCore/QSettings>
+#include <QtQuick/QQuickItem>
+#include <QtQuick/QQuickWindow>
+#include <QtTest/QtTest>
+
+#include <cmath>
+
+// The calibration page end to end: the real BackEnd and serial source, and the simulated
+// device on a pseudo-terminal.
+class TestCalibrationPage : public QObject
+{
+    Q_OBJECT
+
+private:
+    static bool startMain(PageHarness& h)
+    {
+        h.writeSetting("windowWidth", 900);
+        h.writeSetting("windowHeight", 700);
+        h.writeSetting("windowX", 0);
+        h.writeSetting("windowY", 0);
+        return h.start();
+    }
+
+    // The device on its terminal, chosen on the connections page as a user would have.
+    static bool attach(PageHarness& h, DeviceSimulator& device)
+    {
+        if (!device.open())
+            return false;
+        h.writeSetting("SettingSerialPort", device.devicePath() + QStringLiteral(" Simulated Skerry"));
+        h.writeSetting("SettingUseSerial", 1);
+        return true;
+    }
+
+    static DeviceSimulator::Options deviceOptions(PageHarness& h)
+    {
+        DeviceSimulator::Options options;
+        options.intervalMs = 100;
+        options.linkPath = h.folder().filePath(QStringLiteral("skerry"));
+        return options;
+    }
+
+    static void press(PageHarness& h, const QString& button)
+    {
+        QQuickItem* item = h.item(button);
+        QVERIFY(item);
+        QVERIFY(item->isEnabled());
+        QVERIFY2(PageInput::click(h.window(), h.loadedPage(), item), qPrintable(button));
+    }
+
+    static QQuickItem* open(PageHarness& h)
+    {
+        PageHarness::evaluate(h.window(), QStringLiteral("loader.setSource(\"qrc:/quillmereCalibration\")"));
+        QQuickItem* page = h.loadedPage();
+        return page && page->objectName() == QLatin1String("calibrationPage") ? page : nullptr;
+    }
+
+    static QObject* control(QQuickItem* page, const char* id)
+    {
+        return PageHarness::byId(page, QString::fromLatin1(id));
+    }
+
+    static QVariant prop(QQuickItem* page, const char* id, const char* property)
+    {
+        QObject* object = control(page, id);
+        return object ? object->property(property) : QVariant();
+    }
+
+    static void set(QQuickItem* page, const char* id, const char* property, const QVariant& value)
+    {
+        QObject* object = control(page, id);
+        QVERIFY2(object, id);
+        QVERIFY2(object->setProperty(property, value), id);
+    }
+
+    static bool locked(QQuickItem* page)
+    {
+        return !prop(page, "offsetInput", "enabled").toBool() && !prop(page, "slopeInput", "enabled").toBool()
+               && !prop(page, "buttonCalib", "enabled").toBool() && !prop(page, "buttonReset", "enabled").toBool();
+    }
+
+    static bool unlocked(QQuickItem* page)
+    {
+        return prop(page, "offsetInput", "enabled").toBool() && prop(page, "slopeInput", "enabled").toBool()
+               && prop(page, "buttonCalib", "enabled").toBool() && prop(page, "buttonReset", "enabled").toBool();
+    }
+
+    static QUrl loaderSource(PageHarness& h)
+    {
+        return h.find("loader")->property("source").toUrl();
+    }
+
+    static void checkClean(PageHarness& h)
+    {
+        QStringList left;
+        for (const QString& message : h.unexpectedMessages()) {
+            if (message.startsWith(QLatin1String("qrc:")) || message.startsWith(QLatin1String("file:"))
+                || message.contains(QLatin1String("QML")))
+                left << message;
+        }
+        QVERIFY2(left.isEmpty(), qPrintable(left.join('\n')));
+    }
+
+private slots:
+    void calibrateWithTheDevice()
+    {
+        PageHarness h;
+        DeviceSimulator device(deviceOptions(h));
+        QVERIFY(attach(h, device));
+        QVERIFY(startMain(h));
+        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        QSignalSpy commands(&device, &DeviceSimulator::commandReceived);
+
+        // From the settings page, whose button the chosen port enables.
+        press(h, "settingsButton");
+        press(h, "buttonCalibration");
+        QCOMPARE(loaderSource(h), QUrl("qrc:/quillmereCalibration"));
+        QQuickItem* page = h.loadedPage();
+        QVERIFY(page);
+        QCOMPARE(prop(page, "title", "text").toString(), QStringLiteral("Quillmere Skerry calibration"));
+        QVERIFY(locked(page));
+        QCOMPARE(prop(page, "stationPressure", "text").toString(), QString());
+        QCOMPARE(prop(page, "buttonCancel", "enabled").toBool(), true);
+
+        QSignalSpy values(h.backEnd(), &BackEnd::calibrationValuesReceived);
+        QTRY_COMPARE_WITH_TIMEOUT(values.count(), 1, 3000);
+        QCOMPARE(commands.at(0).at(0).toByteArray(), QByteArray("$PWEGB,CAL?*1A"));
+        QVERIFY(unlocked(page));
+        const double qsp = values.at(0).at(3).toDouble();
+        QCOMPARE(page->property("qsp").toDouble(), qsp);
+        const double initialPressure = page->property("initialPressure").toDouble();
+        QVERIFY(initialPressure > 900.0);
+        QCOMPARE(page->property("initialOffset").toDouble(), initialPressure - qsp);
+        QCOMPARE(prop(page, "offsetInput", "decimals").toInt(), 2);
+        QCOMPARE(prop(page, "offsetInput", "value").toInt(), int((initialPressure - qsp) * 100));
+        QCOMPARE(prop(page, "slopeInput", "value").toInt(), 0);
+        QCOMPARE(prop(page, "stationPressure", "text").toString(),
+                 h.backEnd()->getFormatedPressureMb(initialPressure - (initialPressure - qsp)
+                                                    + prop(page, "offsetInput", "realValue").toDouble()));
+
+        // The preview follows the box: the device's pressure plus the chosen offset.
+        set(page, "offsetInput", "value", 125);
+        QCOMPARE(prop(page, "stationPressure", "text").toString(), h.backEnd()->getFormatedPressureMb(qsp + 1.25));
+        set(page, "slopeInput", "value", 30);
+        QCOMPARE(prop(page, "slopeInput", "realValue").toDouble(), 3.0);
+
+        commands.clear();
+        press(h, "buttonCalib");
+        QTRY_COMPARE_WITH_TIMEOUT(commands.count(), 1, 3000);
+        const QByteArray body = "$PWEGB,UCAL,1.25,3.0," + QByteArray::number(qsp, 'f', 2);
+        QCOMPARE(commands.at(0).at(0).toByteArray(), DeviceSimulator::sentence(body));
+        // The device's OK leads back to the main page with no word.
+        QTRY_COMPARE_WITH_TIMEOUT(loaderSource(h), QUrl("qrc:/BaroSwipe"), 3000);
+        QCOMPARE(device.offset(), 1.25);
+        QCOMPARE(device.slope(), 3.0);
+        QCOMPARE(device.reference(), QByteArray::number(qsp, 'f', 2).toDouble());
+        QVERIFY(h.item("baroH"));
+        checkClean(h);
+    }
+
+    void factoryReset()
+    {
+        PageHarness h;
+        DeviceSimulator device(deviceOptions(h));
+        QVERIFY(attach(h, device));
+        QVERIFY(startMain(h));
+        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        // Something to reset.
+        QSignalSpy status(h.backEnd(), &BackEnd::calibrationStatus);
+        h.backEnd()->calibrateBarometer(2.0, 5.0, 1000.0);
+        QTRY_COMPARE_WITH_TIMEOUT(status.count(), 1, 3000);
+        QCOMPARE(device.offset(), 2.0);
+
+        QQuickItem* page = open(h);
+        QVERIFY(page);
+        QTRY_VERIFY_WITH_TIMEOUT(unlocked(page), 3000);
+        // The slope box opens at 0 whatever the device holds.
+        QCOMPARE(prop(page, "slopeInput", "value").toInt(), 0);
+        QSignalSpy commands(&device, &DeviceSimulator::commandReceived);
+        press(h, "buttonReset");
+        QTRY_COMPARE_WITH_TIMEOUT(commands.count(), 1, 3000);
+        QCOMPARE(commands.at(0).at(0).toByteArray(), QByteArray("$PWEGB,FRST*78"));
+        QTRY_COMPARE_WITH_TIMEOUT(loaderSource(h), QUrl("qrc:/BaroSwipe"), 3000);
+        QCOMPARE(device.offset(), DeviceSimulator::FactoryOffset);
+        QCOMPARE(device.slope(), DeviceSimulator::FactorySlope);
+        checkClean(h);
+    }
+
+    void silentDeviceGivesTheTimeoutOnce()
+    {
+        PageHarness h;
+        DeviceSimulator device(deviceOptions(h));
+        QVERIFY(attach(h, device));
+        QVERIFY(startMain(h));
+        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        device.setSilent(true);
+        QSignalSpy commands(&device, &DeviceSimulator::commandReceived);
+        QSignalSpy timeouts(h.backEnd(), &BackEnd::operationTimeout);
+        QQuickItem* page = open(h);
+        QVERIFY(page);
+        QObject* dialog = control(page, "calibStatus");
+        QVERIFY(dialog);
+        QCOMPARE(dialog->property("visible").toBool(), false);
+        QSignalSpy shown(dialog, SIGNAL(visibilityChanged()));
+        QTRY_COMPARE_WITH_TIMEOUT(timeouts.count(), 1, 7000);
+        QCOMPARE(dialog->property("visible").toBool(), true);
+        QCOMPARE(dialog->property("text").toString(),
+                 QStringLiteral("Operation timeout, probably no<br>Quillmere Skerry is connected"));
+        QCOMPARE(PageHarness::evaluate(dialog, "icon === StandardIcon.Critical").toBool(), true);
+        // No new request follows, so nothing more comes.
+        QTest::qWait(5500);
+        QCOMPARE(timeouts.count(), 1);
+        QCOMPARE(shown.count(), 1);
+        QCOMPARE(commands.count(), 1);
+        QVERIFY(locked(page));
+        QCOMPARE(prop(page, "stationPressure", "text").toString(), QString());
+        // Close hides it; Cancel still leads back.
+        QMetaObject::invokeMethod(dialog, "close");
+        QTRY_COMPARE(dialog->property("visible").toBool(), false);
+        press(h, "buttonCancel");
+        QCOMPARE(loaderSource(h), QUrl("qrc:/BaroSwipe"));
+        QCOMPARE(commands.count(), 1);
+        checkClean(h);
+    }
+
+    void lateAnswerStillUnlocks()
+    {
+        PageHarness h;
+        h.writeSetting("SettingSerialPort", QStringLiteral("None"));
+        QVERIFY(startMain(h));
+        QQuickItem* page = open(h);
+        QVERIFY(page);
+        QSignalSpy timeouts(h.backEnd(), &BackEnd::operationTimeout);
+        QTRY_COMPARE_WITH_TIMEOUT(timeouts.count(), 1, 7000);
+        QVERIFY(locked(page));
+        h.backEnd()->slot_calibrationValues(QStringLiteral("$PWEGB,CAL,0.00,0,1013.25,1000.00*00"));
+        QVERIFY(unlocked(page));
+        QCOMPARE(page->property("qsp").toDouble(), 1000.0);
+        QVERIFY(!prop(page, "stationPressure", "text").toString().isEmpty());
+        checkClean(h);
+    }
+
+    void errorAnswerGivesOperationFailedAndANewRequest()
+    {
+        PageHarness h;
+        DeviceSimulator device(deviceOptions(h));
+        QVERIFY(attach(h, device));
+        QVERIFY(startMain(h));
+        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        QSignalSpy values(h.backEnd(), &BackEnd::calibrationValuesReceived);
+        QQuickItem* page = open(h);
+        QVERIFY(page);
+        QTRY_COMPARE_WITH_TIMEOUT(values.count(), 1, 3000);
+        QObject* dialog = control(page, "calibStatus");
+
+        // The device refuses the next command only; it answers again afterwards.
+        QSignalSpy commands(&device, &DeviceSimulator::commandReceived);
+        device.setAnswerErr(true);
+        connect(&device, &DeviceSimulator::commandReceived, this,
+                [&device] { QTimer::singleShot(0, &device, [&device] { device.setAnswerErr(false); }); });
+        set(page, "offsetInput", "value", 300);
+        press(h, "buttonCalib");
+        QTRY_VERIFY_WITH_TIMEOUT(dialog->property("visible").toBool(), 3000);
+        QCOMPARE(dialog->property("text").toString(), QStringLiteral("Operation failed"));
+        QCOMPARE(PageHarness::evaluate(dialog, "icon === StandardIcon.Critical").toBool(), true);
+        // The page stays, asks again, and the new figures overwrite what was typed.
+        QTRY_COMPARE_WITH_TIMEOUT(values.count(), 2, 3000);
+        QCOMPARE(commands.count(), 2);
+        QVERIFY(commands.at(0).at(0).toByteArray().startsWith("$PWEGB,UCAL,3.00,"));
+        QCOMPARE(commands.at(1).at(0).toByteArray(), QByteArray("$PWEGB,CAL?*1A"));
+        QCOMPARE(loaderSource(h), QUrl("qrc:/quillmereCalibration"));
+        QVERIFY(unlocked(page));
+        QVERIFY(prop(page, "offsetInput", "value").toInt() != 300);
+        QCOMPARE(device.offset(), DeviceSimulator::FactoryOffset);
+        checkClean(h);
+    }
+
+    void capitalUnitPreKeyGivesThreeDecimals_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<int>("decimals");
+        QTest::newRow("the usual key does nothing here") << "unitPre" << 2;
+        QTest::newRow("the capital key by hand") << "UnitPre" << 3;
+    }
+
+    void capitalUnitPreKeyGivesThreeDecimals()
+    {
+        QFETCH(QString, key);
+        QFETCH(int, decimals);
+        PageHarness h;
+        h.writeSetting("SettingSerialPort", QStringLiteral("None"));
+        h.writeSetting(key, 3);
+        QVERIFY(startMain(h));
+        QQuickItem* page = open(h);
+        QVERIFY(page);
+        QCOMPARE(prop(page, "offsetInput", "decimals").toInt(), decimals);
+        QCOMPARE(prop(page, "offsetInput", "from").toInt(), -10000000);
+        QCOMPARE(prop(page, "offsetInput", "to").toInt(), 10000000);
+        QCOMPARE(prop(page, "slopeInput", "to").toInt(), 100);
+        QCOMPARE(prop(page, "slopeInput", "stepSize").toInt(), 10);
+        press(h, "buttonCancel");
+        QCOMPARE(loaderSource(h), QUrl("qrc:/BaroSwipe"));
+        checkClean(h);
+    }
+};
+
+QTEST_MAIN(TestCalibrationPage)
+#include "tst_calibrationpage.moc"
