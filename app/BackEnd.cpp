@@ -4,7 +4,10 @@
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaReceiver.h"
 #include "nmea/NmeaSenderUdp.h"
+#include "util/Pressure.h"
 #include "util/SanitizerSync.h"
+#include "util/SettingKeys.h"
+#include "util/SettingsReader.h"
 #include "util/Truncation.h"
 #include "util/Util.h"
 
@@ -28,26 +31,33 @@ BackEnd* backend = nullptr;
 
 namespace {
 
-constexpr double NoPressure = -2000.0;
 constexpr qint64 ReadingLifetimeMs = 60000;
+
+// Util's settings: those of whichever BackEnd is the global one at the moment of the call,
+// and the caller's default while there is none (before start-up has made one).
+class CurrentBackEndSettings : public SettingsReader
+{
+public:
+    QVariant value(const QString& key, const QVariant& def) const override
+    {
+        if (!backend || !backend->getSettings())
+            return def;
+        return backend->getSettings()->value(key, def);
+    }
+};
+
+const CurrentBackEndSettings currentBackEndSettings;
 
 bool isSource(int type)
 {
     return type >= Internal && type <= Udp;
 }
 
-// Station pressure divided by this is the pressure at sea level; h in metres. The order of
-// the operations is kept as written so that results match to the last bit.
-double seaLevelFactor(double h)
-{
-    return std::pow(1.0 + h * -22.55687745833333 / 1000000.0, 5.2561);
-}
-
 // Keys getSetting gives as a double; the last three are the pressure-fall warning's bounds.
 QSet<QString> doubleSettingKeys()
 {
-    return {QStringLiteral("elevation"), QStringLiteral("offset"), QStringLiteral("warningFall3h"),
-            QStringLiteral("alarmFall3h"), QStringLiteral("alarmFall1h")};
+    return {SettingKey::Elevation, SettingKey::Offset, SettingKey::WarningFall3h,
+            SettingKey::AlarmFall3h, SettingKey::AlarmFall1h};
 }
 
 } // namespace
@@ -58,12 +68,13 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
 {
     qWarning().noquote() << "BackEnd starting";
     backend = this;
+    SettingsReader::install(&currentBackEndSettings);
     appPath = QStringLiteral("./");
     tickCounter = 768;
 
     doubleKeys = doubleSettingKeys();
-    stringKeys = {QStringLiteral("SettingSerialPort"), QStringLiteral("SettingSerialSpeed"),
-                  QStringLiteral("SettingTcpIpAddress")};
+    stringKeys = {SettingKey::SerialPort, SettingKey::SerialSpeed,
+                  SettingKey::TcpIpAddress};
 
     timerData.setInterval(2000);
     timerData.setTimerType(Qt::PreciseTimer);
@@ -71,8 +82,8 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
 
     settings = new QSettings(appPath + QStringLiteral("brinholt.ini"), QSettings::IniFormat, this);
 
-    settings->value(QStringLiteral("version"), QStringLiteral("1.0"));
-    settings->setValue(QStringLiteral("version"), getVersion());
+    settings->value(SettingKey::Version, SettingDefault::Version);
+    settings->setValue(SettingKey::Version, getVersion());
     settingsMirror.load(*settings);
 
     startLocationServices();
@@ -119,8 +130,7 @@ BackEnd::BackEnd(SettingsOnly)
     backend = this;
     appPath = QStringLiteral("./");
     doubleKeys = doubleSettingKeys();
-    stringKeys = {QStringLiteral("SettingSerialPort"), QStringLiteral("SettingSerialSpeed"),
-                  QStringLiteral("SettingTcpIpAddress")};
+    stringKeys = {SettingKey::SerialPort, SettingKey::SerialSpeed, SettingKey::TcpIpAddress};
     settings = new QSettings(appPath + QStringLiteral("brinholt.ini"), QSettings::IniFormat, this);
     settingsMirror.load(*settings);
 }
@@ -163,7 +173,7 @@ double BackEnd::getCurrentPressure()
         if (value > 0.0 && pressureAge[type].isValid() && pressureAge[type].elapsed() < ReadingLifetimeMs)
             return value;
     }
-    return NoPressure;
+    return Pressure::None;
 }
 
 void BackEnd::setPositionData(const QPointF& position, const double& sog, const double& cog,
@@ -235,7 +245,7 @@ std::pair<double, double> BackEnd::getCogSog() const
 
 void BackEnd::slot_timerData()
 {
-    if (settings->value(QStringLiteral("theme"), 0).toInt() == 2) {
+    if (settings->value(SettingKey::Theme, SettingDefault::Theme).toInt() == 2) {
         const int answer = isSystemDarkMode() ? 1 : 0;
         if (answer != previousTheme) {
             previousTheme = answer;
@@ -285,13 +295,13 @@ void BackEnd::stepTickCounter()
 
 QString BackEnd::displayPressure(double reading)
 {
-    const double elevation = settings->value(QStringLiteral("elevation"), 0.0).toDouble();
-    const int preDisplay = settings->value(QStringLiteral("preDisplay"), 0).toInt();
+    const double elevation = settings->value(SettingKey::Elevation, SettingDefault::Elevation).toDouble();
+    const int preDisplay = settings->value(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
     // Read as an integer default on purpose: an absent key is integer zero.
-    const double offset = settings->value(QStringLiteral("offset"), 0).toDouble();
+    const double offset = settings->value(SettingKey::Offset, SettingDefault::OffsetAtTick).toDouble();
     double value = reading + offset;
     if (preDisplay != 1)
-        value /= seaLevelFactor(elevation);
+        value /= Pressure::seaLevelFactor(elevation);
     return Util::formatPressure(value, true);
 }
 
@@ -361,7 +371,7 @@ QString BackEnd::getPressureSource()
 QString BackEnd::getPressureUnit()
 {
     static const char* const names[] = {"mb", "hPa", "kPa", "inHg", "mmHg"};
-    const int unit = settings->value(QStringLiteral("unitPre"), 0).toInt();
+    const int unit = settings->value(SettingKey::UnitPre, SettingDefault::UnitPre).toInt();
     if (unit < 0 || unit > 4)
         return QString();
     return QString::fromLatin1(names[unit]);
@@ -369,13 +379,13 @@ QString BackEnd::getPressureUnit()
 
 double BackEnd::convertToHpa(double value)
 {
-    switch (settings->value(QStringLiteral("unitPre"), 0).toInt()) {
-    case 2:
-        return value * 10.0;
-    case 3:
-        return value / 0.029529983071445;
-    case 4:
-        return value / 0.75006157584566;
+    switch (settings->value(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
+    case Pressure::Kpa:
+        return value * Pressure::HpaPerKpa;
+    case Pressure::InHg:
+        return value / Pressure::InHgPerHpa;
+    case Pressure::MmHg:
+        return value / Pressure::MmHgPerHpa;
     default:
         return value;
     }
@@ -383,13 +393,13 @@ double BackEnd::convertToHpa(double value)
 
 double BackEnd::convertToOther(double value)
 {
-    switch (settings->value(QStringLiteral("unitPre"), 0).toInt()) {
-    case 2:
-        return value / 10.0;
-    case 3:
-        return value * 0.029529983071445;
-    case 4:
-        return value * 0.75006157584566;
+    switch (settings->value(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
+    case Pressure::Kpa:
+        return value / Pressure::HpaPerKpa;
+    case Pressure::InHg:
+        return value * Pressure::InHgPerHpa;
+    case Pressure::MmHg:
+        return value * Pressure::MmHgPerHpa;
     default:
         return value;
     }
@@ -401,30 +411,30 @@ QString BackEnd::getFormatedPressure(int unit, double offset, int levelType, dou
     QString suffix;
     int decimals = 2;
     switch (unit) {
-    case 0:
+    case Pressure::Mb:
         suffix = QStringLiteral(" mb");
         break;
-    case 1:
+    case Pressure::Hpa:
         suffix = QStringLiteral(" hPa");
         break;
-    case 2:
-        value /= 10.0;
+    case Pressure::Kpa:
+        value /= Pressure::HpaPerKpa;
         suffix = QStringLiteral(" kPa");
         break;
-    case 3:
-        value *= 0.029529983071445;
+    case Pressure::InHg:
+        value *= Pressure::InHgPerHpa;
         suffix = QStringLiteral(" inHg");
         decimals = 3;
         break;
-    case 4:
-        value *= 0.75006157584566;
+    case Pressure::MmHg:
+        value *= Pressure::MmHgPerHpa;
         suffix = QStringLiteral(" mmHg");
         break;
     default:
         break;
     }
     if (levelType != 1)
-        value /= seaLevelFactor(levelValue);
+        value /= Pressure::seaLevelFactor(levelValue);
     return QStringLiteral("%1").arg(value, 0, 'f', decimals, QLatin1Char(' ')) + suffix;
 }
 
@@ -439,16 +449,16 @@ void BackEnd::slot_pressureReading()
     if (QPressureReading* reading = pressureSensor.reading())
         setCurrentPressure(reading->pressure() / 100.0, Internal);
 
-    if (settings->value(QStringLiteral("SettingUseUdpOut"), 0).toInt() == 1) {
+    if (settings->value(SettingKey::UseUdpOut, SettingDefault::UseUdpOut).toInt() == 1) {
         if (!senderUdp)
             senderUdp = new NmeaSenderUdp();
         // Whichever source wins, with the user's offset, and always at sea level.
-        double value = getCurrentPressure() + settings->value(QStringLiteral("offset"), 0.0).toDouble();
-        const double elevation = settings->value(QStringLiteral("elevation"), 0.0).toDouble();
+        double value = getCurrentPressure() + settings->value(SettingKey::Offset, SettingDefault::Offset).toDouble();
+        const double elevation = settings->value(SettingKey::Elevation, SettingDefault::Elevation).toDouble();
         if (std::fabs(elevation) > 1e-12)
-            value /= seaLevelFactor(elevation);
+            value /= Pressure::seaLevelFactor(elevation);
         // 5999 here and 10110 at every other reader of the key: kept as it is on purpose.
-        const int port = settings->value(QStringLiteral("updPort"), 5999).toInt();
+        const int port = settings->value(SettingKey::UpdPort, SettingDefault::UpdPortAtSensor).toInt();
         senderUdp->sendPressure(value, port);
     } else if (senderUdp) {
         delete senderUdp;
@@ -463,8 +473,8 @@ void BackEnd::slot_pressureReading()
 void BackEnd::startLocationServices()
 {
     bool wanted = false;
-    if (settings->value(QStringLiteral("SettingPosSource"), 1).toInt() == 1)
-        wanted = settings->value(QStringLiteral("SettingUsePos"), 1).toInt() != 0;
+    if (settings->value(SettingKey::PosSource, SettingDefault::PosSource).toInt() == 1)
+        wanted = settings->value(SettingKey::UsePos, SettingDefault::UsePos).toInt() != 0;
 
     if (!wanted) {
         // The last internal position stays until something clears it.
@@ -529,14 +539,14 @@ void BackEnd::setIosGpsData(double longitude, double latitude, double course, do
 
 void BackEnd::sendInternalPosition()
 {
-    const bool wanted = settings->value(QStringLiteral("SettingUseUdpOut"), 0).toInt() == 1
-            && settings->value(QStringLiteral("sendUdpPos"), 0).toInt() == 1;
+    const bool wanted = settings->value(SettingKey::UseUdpOut, SettingDefault::UseUdpOut).toInt() == 1
+            && settings->value(SettingKey::SendUdpPos, SettingDefault::SendUdpPos).toInt() == 1;
     if (wanted) {
         // The sensor path may make the sender anew after this deletes it; the two do not
         // coordinate.
         if (!senderUdp)
             senderUdp = new NmeaSenderUdp();
-        const int port = settings->value(QStringLiteral("updPort"), 10110).toInt();
+        const int port = settings->value(SettingKey::UpdPort, SettingDefault::UpdPort).toInt();
         const Fix& fix = fixes[Internal];
         QPointF where;
         double speed = 0.0;
@@ -606,10 +616,10 @@ void BackEnd::startNmea()
     }
     // No default for the port here: an absent key is empty text, which is not "None", so
     // a first start makes a receiver with no sources.
-    const bool wanted = settings->value(QStringLiteral("SettingSerialPort")).toString() != QLatin1String("None")
-            || settings->value(QStringLiteral("SettingUseTcp"), 0).toInt() != 0
-            || settings->value(QStringLiteral("SettingUseUdp"), 0).toInt() != 0
-            || settings->value(QStringLiteral("SettingUseUdpOut"), 0).toInt() != 0;
+    const bool wanted = settings->value(SettingKey::SerialPort).toString() != QLatin1String("None")
+            || settings->value(SettingKey::UseTcp, SettingDefault::UseTcp).toInt() != 0
+            || settings->value(SettingKey::UseUdp, SettingDefault::UseUdp).toInt() != 0
+            || settings->value(SettingKey::UseUdpOut, SettingDefault::UseUdpOut).toInt() != 0;
     if (!wanted)
         return;
     receiver = new NmeaReceiver();
@@ -659,20 +669,20 @@ QUrl BackEnd::getHelpBaseUrl()
 
 QUrl BackEnd::getHelpUrl()
 {
-    if (getSetting(QStringLiteral("language"), 0).toInt() != 0)
+    if (getSetting(SettingKey::Language, SettingDefault::Language).toInt() != 0)
         return QUrl::fromLocalFile(appPath + QStringLiteral("help_files/French/Brinholt_help_vQT_FRENCH.htm"));
     return QUrl::fromLocalFile(appPath + QStringLiteral("help_files/English/Brinholt_help_vQT.htm"));
 }
 
 QString BackEnd::getPrivacyPolicy()
 {
-    const bool english = getSetting(QStringLiteral("language"), 0).toInt() == 0;
+    const bool english = getSetting(SettingKey::Language, SettingDefault::Language).toInt() == 0;
     QString html = readDocument(english ? QStringLiteral(":/Help/English/brinholt_privacy_policy_en.html")
                                         : QStringLiteral(":/Help/French/brinholt_privacy_policy_fr.html"));
     html.replace(QStringLiteral("<img "), QStringLiteral("&nbsp;<img "));
     html.replace(QStringLiteral(" small;"), QStringLiteral(" medium;"));
     // Read again: the language may have changed since the document was chosen.
-    if (getSetting(QStringLiteral("language"), 0).toInt() != 0)
+    if (getSetting(SettingKey::Language, SettingDefault::Language).toInt() != 0)
         html.replace(QStringLiteral("src=\""), QStringLiteral("src=\"/Help/French/"));
     else
         html.replace(QStringLiteral("src=\""), QStringLiteral("src=\"/Help/English/"));

@@ -3,6 +3,7 @@
 #include "app/SettingsMirror.h"
 #include "nmea/NmeaSourceType.h"
 #include "util/AgeTimer.h"
+#include "util/Pressure.h"
 #include "util/SeqLock.h"
 #include "util/WarningState.h"
 
@@ -166,7 +167,7 @@ private:
     QSettings* settings = nullptr;
     // What the receiver's thread reads through getSetting.
     SettingsMirror settingsMirror;
-    std::atomic<double> pressure[NmeaSourceCount] = {-2000.0, -2000.0, -2000.0, -2000.0};
+    std::atomic<double> pressure[NmeaSourceCount] = {Pressure::None, Pressure::None, Pressure::None, Pressure::None};
     // Level in the two low bits, acknowledgement in the third, the time above: one word, so
     // that the output tick never sees half of a change.
     std::atomic<qint64> warningState{0};

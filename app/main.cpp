@@ -1,6 +1,6 @@
 #include "app/AlarmSound.h"
-#include "app/BackEnd.h"
 #include "app/CommandLine.h"
+#include "app/Composition.h"
 #include "app/DesktopNotifier.h"
 #include "app/SignalWatcher.h"
 #include "app/Startup.h"
@@ -15,11 +15,9 @@
 #include <QtCore/QLocale>
 #include <QtCore/QProcess>
 #include <QtCore/QUrl>
+#include <QtGui/QFont>
 #include <QtGui/QIcon>
 #include <QtQml/QQmlApplicationEngine>
-#include <QtQml/QQmlContext>
-#include <QtQuick/QQuickView>
-#include <QtQuickControls2/QQuickStyle>
 #include <QtWidgets/QApplication>
 
 namespace {
@@ -70,15 +68,13 @@ int main(int argc, char* argv[])
     font.setCapitalization(QFont::MixedCase);
     QApplication::setFont(font);
 
-    qmlRegisterType<BackEnd>("backend", 1, 0, "BackEnd");
-    QQuickStyle::setStyle(QStringLiteral("Material"));
+    Composition::registerTypes();
 
     QQmlApplicationEngine engine;
-    TranslationHandler translationHandler(&engine);
-    engine.rootContext()->setContextProperty(QStringLiteral("translateHandler"), &translationHandler);
-    translationHandler.selectLanguage(language);
+    Composition composition(engine);
+    composition.translations().selectLanguage(language);
 
-    const QUrl url(QStringLiteral("qrc:/main"));
+    const QUrl url = Composition::MainPage;
     QObject::connect(&engine, &QQmlApplicationEngine::objectCreated, &app,
                      [url](QObject* object, const QUrl& objectUrl) {
                          if (!object && url == objectUrl)
@@ -86,29 +82,19 @@ int main(int argc, char* argv[])
                      },
                      Qt::QueuedConnection);
 
-    // Never shown: the visible window is the main page's. Its root context is the engine's.
-    QQuickView view(&engine, nullptr);
-    view.setResizeMode(QQuickView::SizeRootObjectToView);
-
-    backend = new BackEnd(&engine);
-    view.rootContext()->setContextProperty(QStringLiteral("backend"), backend);
-    dataSource = new DataSource(&view, nullptr);
-    view.rootContext()->setContextProperty(QStringLiteral("dataSource"), dataSource);
+    composition.build();
 
     // The pressure-fall warning reaches the navigator beyond the pages.
     DesktopNotifier notifier;
     AlarmSound alarmSound;
-    WarningAnnouncer announcer(*dataSource->getWarning(), notifier, alarmSound);
+    WarningAnnouncer announcer(*composition.log()->getWarning(), notifier, alarmSound);
 
     SignalWatcher signalWatcher;
     QObject::connect(&signalWatcher, &SignalWatcher::terminationRequested, &app, &QCoreApplication::quit);
 
-    engine.load(url);
+    composition.load();
     const int status = QApplication::exec();
 
-    delete dataSource;
-    dataSource = nullptr;
-    delete backend;
-    backend = nullptr;
+    composition.tearDown();
     return status;
 }

@@ -10,7 +10,7 @@
 // Sync calls are counted by taking over fsync and fdatasync in this executable, which
 // SQLite then calls instead of the C library's (the executable exports them).
 
-#include "support/LogFixture.h"
+#include "tests/support/LogFixture.h"
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"

@@ -1,7 +1,7 @@
 // Opening the rows of a full table on the log page: the log's text of every row, the page's
 // model filled from it, and the first frame of the list, as a click on the table list does.
 
-#include "pages/PageHarness.h"
+#include "tests/pages/PageHarness.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtQuick/QQuickItem>

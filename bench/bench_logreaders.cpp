@@ -1,7 +1,7 @@
 // The log's readers on a log of 16 days, every table as full as retention lets it be:
 // the chart feed that runs at each sample, the cursor, the list of a table and both exports.
 
-#include "log/ReaderFixture.h"
+#include "tests/log/ReaderFixture.h"
 
 #include "log/DataSource.h"
 #include "util/Clock.h"

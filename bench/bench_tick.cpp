@@ -2,7 +2,7 @@
 // writes the 2-second table alone, a whole tick with its four display strings, and the
 // readings store that the receiver's thread writes while the tick reads it.
 
-#include "support/LogFixture.h"
+#include "tests/support/LogFixture.h"
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"

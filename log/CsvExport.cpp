@@ -2,6 +2,7 @@
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
+#include "util/SettingKeys.h"
 #include "util/Util.h"
 
 #include <QtCore/QDateTime>
@@ -15,12 +16,12 @@ constexpr double FeetPerMetre = 3.280833333333333;
 CsvExport::CsvExport(QIODevice* device)
 {
     QSettings* settings = backend->getSettings();
-    language = settings->value(QStringLiteral("language"), 0).toInt();
+    language = settings->value(SettingKey::Language, SettingDefault::Language).toInt();
     // Defaults to UTC here, unlike the date routine that formats the rows; the header may
     // therefore name another zone than the rows carry.
-    timeZone = settings->value(QStringLiteral("timeZone"), 0).toInt();
-    unitEle = settings->value(QStringLiteral("unitEle"), 0).toInt();
-    switch (settings->value(QStringLiteral("unitPre"), 0).toInt()) {
+    timeZone = settings->value(SettingKey::TimeZone, SettingDefault::TimeZoneAtExport).toInt();
+    unitEle = settings->value(SettingKey::UnitEle, SettingDefault::UnitEle).toInt();
+    switch (settings->value(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
     case 0:
         pressureUnit = QStringLiteral("mb");
         break;

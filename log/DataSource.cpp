@@ -5,6 +5,8 @@
 #include "log/CsvExport.h"
 #include "log/GpxExport.h"
 #include "util/Clock.h"
+#include "util/Pressure.h"
+#include "util/SettingKeys.h"
 #include "util/Util.h"
 
 #include <QtCharts/QAbstractAxis>
@@ -60,6 +62,29 @@ enum Column { Time = 0, Lon = 1, Lat = 2, Cog = 3, Sog = 4, Pre = 5, Ele = 6, Of
 
 // The mark for "no value here" at the chart cursor, in hPa before conversion.
 constexpr double NoValue = -1000.0;
+
+// The y-axis' bounds in the chosen unit around the values from `min` to `max`. An empty
+// table leaves the start values crossed over, and the negative max tells the page to leave
+// its axis alone.
+void axisBounds(double min, double max, double& low, double& high)
+{
+    const double range = max - min;
+    if (range >= 1.0) {
+        low = std::floor(min);
+        high = std::ceil(max);
+    } else if (range >= 0.5) {
+        low = min - 0.1;
+        high = qMax(max, min + 0.5);
+    } else if (range >= 0.2) {
+        low = min - 0.1;
+        high = qMax(max, min + 0.2);
+    } else {
+        low = qFloor(min * 100 - 1) / 100.0;
+        high = qCeil(max * 100 + 1) / 100.0;
+    }
+    if (qFuzzyCompare(low, high))
+        high += 1.0;
+}
 
 // A hundredth of the chosen unit, which is what the chart and the cursor show.
 double roundToHundredths(double value)
@@ -129,8 +154,7 @@ double DataSource::seaLevelPressure(double stationPressure, double elevation)
 {
     if (std::fabs(elevation) <= 1e-12)
         return stationPressure;
-    // The order of the operations is kept so that the log agrees with the live display.
-    return stationPressure / std::pow(elevation * -22.55687745833333 / 1000000 + 1.0, 5.2561);
+    return stationPressure / Pressure::seaLevelFactor(elevation);
 }
 
 double DataSource::displayedPressure(double pressure, double elevation, double offset, int preDisplay)
@@ -141,13 +165,13 @@ double DataSource::displayedPressure(double pressure, double elevation, double o
 
 double DataSource::pressureUnitFactor()
 {
-    switch (backend->getSetting(QStringLiteral("unitPre"), 0).toInt()) {
-    case 2:
-        return 0.1;
-    case 3:
-        return 0.029529983071445;
-    case 4:
-        return 0.75006157584566;
+    switch (backend->getSetting(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
+    case Pressure::Kpa:
+        return Pressure::KpaPerHpa;
+    case Pressure::InHg:
+        return Pressure::InHgPerHpa;
+    case Pressure::MmHg:
+        return Pressure::MmHgPerHpa;
     default:
         return 1.0;
     }
@@ -169,8 +193,8 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     lastSampleTime = Clock::currentSecsSinceEpoch();
 
     QSettings* settings = backend->getSettings();
-    const double offset = settings->value(QStringLiteral("offset"), 0.0).toDouble();
-    const double elevation = settings->value(QStringLiteral("elevation"), 0.0).toDouble();
+    const double offset = settings->value(SettingKey::Offset, SettingDefault::Offset).toDouble();
+    const double elevation = settings->value(SettingKey::Elevation, SettingDefault::Elevation).toDouble();
 
     bool inserted = false;
     for (int i = 0; i < tableNames.size(); ++i) {
@@ -366,7 +390,7 @@ void DataSource::updateChart(const int& chartNb)
     seriesPoints.append(QVector<QPointF>());
 
     const double factor = pressureUnitFactor();
-    const int preDisplay = backend->getSetting(QStringLiteral("preDisplay"), 0).toInt();
+    const int preDisplay = backend->getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
 
     QSqlQuery query(database);
     query.setForwardOnly(true);
@@ -407,26 +431,9 @@ void DataSource::updateChart(const int& chartNb)
         previousTime = time;
     }
 
-    // Bounds in the chosen unit. An empty table leaves the start values crossed over, and
-    // the negative max tells the page to leave its axis alone.
-    const double range = max - min;
     double low;
     double high;
-    if (range >= 1.0) {
-        low = std::floor(min);
-        high = std::ceil(max);
-    } else if (range >= 0.5) {
-        low = min - 0.1;
-        high = qMax(max, min + 0.5);
-    } else if (range >= 0.2) {
-        low = min - 0.1;
-        high = qMax(max, min + 0.2);
-    } else {
-        low = qFloor(min * 100 - 1) / 100.0;
-        high = qCeil(max * 100 + 1) / 100.0;
-    }
-    if (qFuzzyCompare(low, high))
-        high += 1.0;
+    axisBounds(min, max, low, high);
 
     // Still under the lock: the page's handler runs inside this emission and may only call
     // what takes no lock.
@@ -449,7 +456,7 @@ QPointF DataSource::getValueAt(const double& timed, const int& chartNb, const QV
     QMutexLocker locker(&mutex);
     QSqlQuery query(database);
 
-    const int preDisplay = backend->getSetting(QStringLiteral("preDisplay"), 0).toInt();
+    const int preDisplay = backend->getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
     const double factor = pressureUnitFactor();
 
     const QString& table = tableNames.at(chartNb);
@@ -526,7 +533,7 @@ QVariantList DataSource::getTableContent(int tableNb)
 {
     QMutexLocker locker(&mutex);
 
-    const int preDisplay = backend->getSetting(QStringLiteral("preDisplay"), 0).toInt();
+    const int preDisplay = backend->getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
 
     QSqlQuery query(database);
     query.setForwardOnly(true);

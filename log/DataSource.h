@@ -17,6 +17,15 @@
 class QQuickView;
 
 // The pressure log: nine SQLite tables of growing span, decimated at write time.
+//
+// The lock: `mutex` is the only lock of the system and is not recursive. Every operation
+// runs on the main thread, but pages call in at any time.
+// - Blocking: addData, updateChart, getValueAt, getTableContent, removeKey, emptyOneTable,
+//   emptyAllTables (table by table), closeDatabase and the exports.
+// - tryLock(0): calcInfo, which gives up with "unable to lock mutex" rather than wait.
+// - No lock: update, getTrend, getTrend3h, and setTrend (it runs under addData's lock).
+// updateChart emits chartUpdated while it holds the lock, and the page's handler runs
+// inside that emission: from that handler only update and getTrend3h may be called.
 class DataSource : public QObject
 {
     Q_OBJECT

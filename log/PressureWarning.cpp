@@ -1,6 +1,7 @@
 #include "log/PressureWarning.h"
 
 #include "app/BackEnd.h"
+#include "util/SettingKeys.h"
 #include "util/Util.h"
 
 #include <QtCore/QDateTime>
@@ -62,15 +63,15 @@ PressureWarning::Thresholds PressureWarning::thresholdsFromSettings()
     if (!backend)
         return t;
     const QSettings* settings = backend->getSettings();
-    t.warning3h = settings->value(QStringLiteral("warningFall3h"), t.warning3h).toDouble();
-    t.alarm3h = settings->value(QStringLiteral("alarmFall3h"), t.alarm3h).toDouble();
-    t.alarm1h = settings->value(QStringLiteral("alarmFall1h"), t.alarm1h).toDouble();
+    t.warning3h = settings->value(SettingKey::WarningFall3h, t.warning3h).toDouble();
+    t.alarm3h = settings->value(SettingKey::AlarmFall3h, t.alarm3h).toDouble();
+    t.alarm1h = settings->value(SettingKey::AlarmFall1h, t.alarm1h).toDouble();
     return t;
 }
 
 bool PressureWarning::enabledInSettings()
 {
-    return !backend || backend->getSettings()->value(QStringLiteral("warningOn"), 1).toInt() == 1;
+    return !backend || backend->getSettings()->value(SettingKey::WarningOn, SettingDefault::WarningOn).toInt() == 1;
 }
 
 void PressureWarning::evaluate(std::optional<double> fall3h, std::optional<double> fall1h, qint64 now)

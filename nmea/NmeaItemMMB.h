@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nmea/NmeaItem.h"
+#include "util/Pressure.h"
 
 // MMB, barometer: pressure in bars (field 3) or inches of mercury (field 1).
 class NmeaItemMMB : public NmeaItem
@@ -11,6 +12,6 @@ public:
     void decode(const QByteArray& sentence, const NmeaSourceType& source) override;
     bool updateData(const NmeaSourceType& source) override;
 
-    double pressure = -2000.0;
+    double pressure = Pressure::None;
     bool hasPressure = false;
 };

@@ -1,6 +1,7 @@
 #include "nmea/NmeaItemXDR.h"
 
 #include "app/BackEnd.h"
+#include "util/Pressure.h"
 
 NmeaItemXDR::NmeaItemXDR(const NmeaMessageType& messageType)
     : NmeaItem(messageType)
@@ -36,7 +37,7 @@ void NmeaItemXDR::decode(const QByteArray& sentence, const NmeaSourceType& sourc
 bool NmeaItemXDR::updateData(const NmeaSourceType& source)
 {
     if (!hasPressure) {
-        pressure = -2000.0;
+        pressure = Pressure::None;
         return false;
     }
     if (!hasNewData)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nmea/NmeaItem.h"
+#include "util/Pressure.h"
 
 // XDR, transducer measurements: the value of the last "P" quadruple, whatever the
 // transducer is called.
@@ -12,6 +13,6 @@ public:
     void decode(const QByteArray& sentence, const NmeaSourceType& source) override;
     bool updateData(const NmeaSourceType& source) override;
 
-    double pressure = -2000.0;
+    double pressure = Pressure::None;
     bool hasPressure = false;
 };

@@ -7,6 +7,7 @@
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
 #include "util/SanitizerSync.h"
+#include "util/SettingKeys.h"
 
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
@@ -115,8 +116,8 @@ void NmeaReceiver::slot_startReceiving()
     int delay = 0;
     nmea = new Nmea0183(this);
 
-    const QString serialSetting = backend->getSetting(QStringLiteral("SettingSerialPort"), QStringLiteral("None")).toString();
-    if (!serialSetting.isEmpty() && backend->getSetting(QStringLiteral("SettingUseSerial"), 0).toInt() == 1
+    const QString serialSetting = backend->getSetting(SettingKey::SerialPort, SettingDefault::SerialPort).toString();
+    if (!serialSetting.isEmpty() && backend->getSetting(SettingKey::UseSerial, SettingDefault::UseSerial).toInt() == 1
         && serialSetting != QLatin1String("None")) {
         // The setting holds the entry as the port list shows it: port name, a blank and a
         // description.
@@ -124,34 +125,34 @@ void NmeaReceiver::slot_startReceiving()
         // empty name, fails to open and retries like any other port that is not there.
         const QString portName = serialSetting.split(QLatin1Char(' '), Qt::SkipEmptyParts).value(0);
         // Deliberately not "SettingSerialSpeed", which is what the Connections page writes.
-        const int speed = backend->getSetting(QStringLiteral("SettingSerialPortSpeed"), 9600).toInt();
-        const int control = backend->getSetting(QStringLiteral("SettingSerialControl"), 0).toInt();
-        const int parity = backend->getSetting(QStringLiteral("SettingSerialParity"), 0).toInt();
-        const int nbBits = backend->getSetting(QStringLiteral("SettingSerialNbBits"), 0).toInt();
-        const int stopBit = backend->getSetting(QStringLiteral("SettingSerialStopBit"), 0).toInt();
+        const int speed = backend->getSetting(SettingKey::SerialPortSpeed, SettingDefault::SerialPortSpeed).toInt();
+        const int control = backend->getSetting(SettingKey::SerialControl, SettingDefault::SerialControl).toInt();
+        const int parity = backend->getSetting(SettingKey::SerialParity, SettingDefault::SerialParity).toInt();
+        const int nbBits = backend->getSetting(SettingKey::SerialNbBits, SettingDefault::SerialNbBits).toInt();
+        const int stopBit = backend->getSetting(SettingKey::SerialStopBit, SettingDefault::SerialStopBit).toInt();
         auto* serial = new NmeaSourceSerial(this, portName, speed, control, parity, nbBits, stopBit);
         sources.append(serial);
         QTimer::singleShot(0, serial, SLOT(slot_startReceiving()));
         delay = delayBehindSerialMs();
     }
 
-    if (backend->getSetting(QStringLiteral("SettingUseTcp"), 0).toInt() == 1) {
-        const int port = backend->getSetting(QStringLiteral("SettingTcpIpPort"), 10110).toInt();
+    if (backend->getSetting(SettingKey::UseTcp, SettingDefault::UseTcp).toInt() == 1) {
+        const int port = backend->getSetting(SettingKey::TcpIpPort, SettingDefault::TcpIpPort).toInt();
         const QString address =
-                backend->getSetting(QStringLiteral("SettingTcpIpAddress"), QStringLiteral("127.000.000.001")).toString();
+                backend->getSetting(SettingKey::TcpIpAddress, SettingDefault::TcpIpAddress).toString();
         auto* tcp = new NmeaSourceTcp(this, address, port);
         sources.append(tcp);
         QTimer::singleShot(delay, tcp, SLOT(slot_startReceiving()));
     }
 
-    if (backend->getSetting(QStringLiteral("SettingUseUdp"), 0).toInt() == 1) {
-        const int port = backend->getSetting(QStringLiteral("SettingUdpPort"), 10110).toInt();
+    if (backend->getSetting(SettingKey::UseUdp, SettingDefault::UseUdp).toInt() == 1) {
+        const int port = backend->getSetting(SettingKey::UdpPort, SettingDefault::UdpPort).toInt();
         auto* udp = new NmeaSourceUdp(this, QStringLiteral("0.0.0.0"), port);
         sources.append(udp);
         QTimer::singleShot(delay, udp, SLOT(slot_startReceiving()));
     }
 
-    if (backend->getSetting(QStringLiteral("SettingUseUdpOut"), 0).toInt() == 1) {
+    if (backend->getSetting(SettingKey::UseUdpOut, SettingDefault::UseUdpOut).toInt() == 1) {
         timerSend = new QTimer(this);
         timerSend->setInterval(1000);
         connect(timerSend, &QTimer::timeout, this, &NmeaReceiver::slot_sendUdp);
@@ -163,15 +164,15 @@ void NmeaReceiver::slot_sendUdp()
 {
     if (!sender)
         sender = new NmeaSenderUdp();
-    const int port = backend->getSetting(QStringLiteral("updPort"), 10110).toInt();
+    const int port = backend->getSetting(SettingKey::UpdPort, SettingDefault::UpdPort).toInt();
     // Raw: no offset and no reduction to sea level on this path.
     const double pressure = backend->getCurrentPressure();
     if (pressure > 0.0)
         sender->sendPressure(pressure, port);
-    if (pressure > 0.0 && backend->getSetting(QStringLiteral("sendUdpMda"), 0).toInt() == 1)
+    if (pressure > 0.0 && backend->getSetting(SettingKey::SendUdpMda, SettingDefault::SendUdpMda).toInt() == 1)
         sender->sendPressureMda(pressure, port);
     sendAlarmIfDue(port);
-    if (backend->getSetting(QStringLiteral("sendUdpPos"), 0).toInt() == 1) {
+    if (backend->getSetting(SettingKey::SendUdpPos, SettingDefault::SendUdpPos).toInt() == 1) {
         const QPointF position = backend->getPosition();
         // Exactly zero in both, not QPointF's fuzzy equality.
         if (!(position.x() == 0.0 && position.y() == 0.0)) {

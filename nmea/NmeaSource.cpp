@@ -2,6 +2,7 @@
 
 #include "app/BackEnd.h"
 #include "nmea/NmeaReceiver.h"
+#include "util/Pressure.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QTimer>
@@ -16,7 +17,7 @@ NmeaSource::NmeaSource(NmeaReceiver* receiver)
 
 NmeaSource::~NmeaSource()
 {
-    backend->setCurrentPressure(-2000.0, sourceType);
+    backend->setCurrentPressure(Pressure::None, sourceType);
     qWarning().noquote() << "nmea source deleted:" << static_cast<int>(sourceType);
 }
 

@@ -1,6 +1,7 @@
 #include "nmea/NmeaSourceSerial.h"
 
 #include "app/BackEnd.h"
+#include "util/Pressure.h"
 
 #include <QtCore/QDebug>
 
@@ -211,7 +212,7 @@ void NmeaSourceSerial::slot_errorOccured(QSerialPort::SerialPortError error)
     serial->deleteLater();
     serial = nullptr;
     connected = false;
-    backend->setCurrentPressure(-2000.0, Serial);
+    backend->setCurrentPressure(Pressure::None, Serial);
     scheduleReconnect();
 }
 
@@ -230,6 +231,6 @@ void NmeaSourceSerial::stopReceiving()
         delete serial;
         serial = nullptr;
     }
-    backend->setCurrentPressure(-2000.0, Serial);
+    backend->setCurrentPressure(Pressure::None, Serial);
     connected = false;
 }

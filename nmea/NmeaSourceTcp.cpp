@@ -1,6 +1,7 @@
 #include "nmea/NmeaSourceTcp.h"
 
 #include "app/BackEnd.h"
+#include "util/Pressure.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QTimer>
@@ -58,7 +59,7 @@ void NmeaSourceTcp::slot_startReceiving()
         // start of the receiver.
         socket->deleteLater();
         socket = nullptr;
-        backend->setCurrentPressure(-2000.0, Tcp);
+        backend->setCurrentPressure(Pressure::None, Tcp);
         qWarning().noquote() << "failed to connect to TCP host" << host << port;
     }
 }
@@ -111,7 +112,7 @@ void NmeaSourceTcp::slot_tcpError(QAbstractSocket::SocketError error)
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
-    backend->setCurrentPressure(-2000.0, Tcp);
+    backend->setCurrentPressure(Pressure::None, Tcp);
     scheduleReconnect();
 }
 
@@ -126,7 +127,7 @@ void NmeaSourceTcp::slot_tcpSocketDisconnected()
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
-    backend->setCurrentPressure(-2000.0, Tcp);
+    backend->setCurrentPressure(Pressure::None, Tcp);
     scheduleReconnect();
 }
 
@@ -139,7 +140,7 @@ void NmeaSourceTcp::slot_timeOut()
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
-    backend->setCurrentPressure(-2000.0, Tcp);
+    backend->setCurrentPressure(Pressure::None, Tcp);
     scheduleReconnect(10);
 }
 
@@ -156,6 +157,6 @@ void NmeaSourceTcp::stopReceiving()
         socket->deleteLater();
         socket = nullptr;
     }
-    backend->setCurrentPressure(-2000.0, Tcp);
+    backend->setCurrentPressure(Pressure::None, Tcp);
     connected = false;
 }

@@ -1,6 +1,7 @@
 #include "nmea/NmeaSourceUdp.h"
 
 #include "app/BackEnd.h"
+#include "util/Pressure.h"
 
 #include <QtCore/QDebug>
 #include <QtNetwork/QHostAddress>
@@ -56,7 +57,7 @@ void NmeaSourceUdp::slot_startReceiving()
             // the next start of the receiver.
             delete socket;
             socket = nullptr;
-            backend->setCurrentPressure(-2000.0, Udp);
+            backend->setCurrentPressure(Pressure::None, Udp);
         }
         return;
     }
@@ -125,7 +126,7 @@ void NmeaSourceUdp::slot_udpError(QAbstractSocket::SocketError error)
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
-    backend->setCurrentPressure(-2000.0, Udp);
+    backend->setCurrentPressure(Pressure::None, Udp);
     scheduleReconnect();
 }
 
@@ -138,7 +139,7 @@ void NmeaSourceUdp::slot_udpSocketDisconnected()
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
-    backend->setCurrentPressure(-2000.0, Udp);
+    backend->setCurrentPressure(Pressure::None, Udp);
     scheduleReconnect();
 }
 
@@ -150,6 +151,6 @@ void NmeaSourceUdp::stopReceiving()
         socket->deleteLater();
         socket = nullptr;
     }
-    backend->setCurrentPressure(-2000.0, Udp);
+    backend->setCurrentPressure(Pressure::None, Udp);
     connected = false;
 }

@@ -1,6 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import backend 1.0
 
 // The graph and, where the split screen setting allows a swipe, the large display.
@@ -29,13 +30,17 @@ ColumnLayout {
         onHeightChanged: if (width < height) currentIndex = 0
         onCurrentIndexChanged: baroH.swipeIndexChanged(currentIndex)
 
+        // Both lay out against the window's size.
         BaroH {
             id: baroH
             objectName: "baroH"
+            layoutWidth: Window.width
+            layoutHeight: Window.height
         }
         BaroV {
             id: baroV
             objectName: "baroV"
+            layoutWidth: Window.width
         }
     }
 

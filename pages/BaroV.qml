@@ -9,50 +9,15 @@ import backend 1.0
 Item {
     id: page
 
-    property string lineColor: "#E63219"
+    // The window's width, which the banner and the pressure's row span.
+    property real layoutWidth: width
+    property string lineColor: Theme.lineColor
 
-    readonly property int basePixelSize: refText.fontInfo.pixelSize
+    readonly property int basePixelSize: Theme.basePixelSize
     readonly property bool darkTheme: Material.theme === Material.Dark
 
-    // The system's default font size rules the page.
-    Text {
-        id: refText
-        visible: false
-        text: "X"
-        Component.onCompleted: if (Qt.platform.os === "windows") font.pixelSize = 20
-    }
-
-    // Any value outside the classes keeps the arrow on show.
     function showTrend(trend) {
-        switch (trend) {
-        case -10:
-            imgTrend.source = "qrc:/Images/Trend_None~universal.png"
-            break
-        case 1:
-        case -1:
-            imgTrend.source = "qrc:/Images/Trend_Steady~universal.png"
-            break
-        case 2:
-            imgTrend.source = "qrc:/Images/Trend_Rising~universal.png"
-            break
-        case 3:
-            imgTrend.source = "qrc:/Images/Trend_Rising Fast~universal.png"
-            break
-        case 4:
-            imgTrend.source = "qrc:/Images/Trend_Rising Very Fast~universal.png"
-            break
-        case -2:
-            imgTrend.source = "qrc:/Images/Trend_Falling~universal.png"
-            break
-        case -3:
-            imgTrend.source = "qrc:/Images/Trend_Falling Fast~universal.png"
-            break
-        case -4:
-            imgTrend.source = "qrc:/Images/Trend_Falling Very Fast~universal.png"
-            break
-        default:
-            break
-        }
+        imgTrend.showTrend(trend)
     }
 
     Connections {
@@ -93,34 +58,9 @@ Item {
         anchors.margins: 0
         spacing: 0
 
-        Image {
+        Banner {
             id: imgQuillmere
-            objectName: "imgQuillmere"
-            source: "qrc:/Images/USB_banner.png"
-            Layout.preferredWidth: window.width
-            Layout.preferredHeight: window.width * 218 / 1800
-            fillMode: Image.PreserveAspectFit
-            verticalAlignment: Image.AlignTop
-            smooth: true
-            mipmap: true
-            clip: true
-
-            MouseArea {
-                objectName: "makerLink"
-                x: 0
-                width: parent.width * 800 / 1800
-                height: parent.height
-                cursorShape: Qt.PointingHandCursor
-                onClicked: Qt.openUrlExternally("https://www.quillmere.com/")
-            }
-            MouseArea {
-                objectName: "deviceLink"
-                x: parent.width - width
-                width: parent.width * 485 / 1800
-                height: parent.height
-                cursorShape: Qt.PointingHandCursor
-                onClicked: Qt.openUrlExternally("https://www.quillmere.com/skerry")
-            }
+            layoutWidth: page.layoutWidth
         }
 
         WarningStrip {
@@ -158,40 +98,24 @@ Item {
             font.pixelSize: page.basePixelSize * 2
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 1
-            color: darkTheme ? "yellow" : "blue"
+            color: Theme.positionColor(darkTheme)
             horizontalAlignment: Text.AlignHCenter
         }
 
-        Text {
+        LevelCaption {
             id: textPreLevel
-            objectName: "textPreLevel"
             Layout.fillWidth: true
             text: qsTr("Sea Level Pressure (QNH)")
-            font.bold: true
             font.pixelSize: page.basePixelSize * 1.5
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 1
             color: lineColor
-            horizontalAlignment: Text.AlignHCenter
-
-            MouseArea {
-                id: levelArea
-                objectName: "levelArea"
-                anchors.fill: parent
-                hoverEnabled: true
-                acceptedButtons: Qt.NoButton
-                property string source: ""
-                // Asked at each showing: the winning source can change at any tick.
-                onContainsMouseChanged: if (containsMouse) source = backend.getPressureSource()
-                ToolTip.visible: containsMouse
-                ToolTip.text: source
-            }
         }
 
         RowLayout {
             id: rowPressure
             objectName: "rowPressure"
-            Layout.preferredWidth: window.width
+            Layout.preferredWidth: page.layoutWidth
             Layout.alignment: Qt.AlignHCenter
             spacing: 0
 
@@ -212,20 +136,13 @@ Item {
                 horizontalAlignment: Text.AlignHCenter
                 verticalAlignment: Text.AlignVCenter
             }
-            Image {
+            TrendArrow {
                 id: imgTrend
-                objectName: "imgTrend"
-                source: "qrc:/Images/Trend_None~universal.png"
                 Layout.preferredWidth: textPressure.font.pixelSize
                 Layout.preferredHeight: textPressure.font.pixelSize
-                Layout.maximumWidth: baroH.width / 5
-                Layout.maximumHeight: baroH.width / 5
+                Layout.maximumWidth: page.width / 5
+                Layout.maximumHeight: page.width / 5
                 Layout.rightMargin: 10
-                sourceSize.width: 256
-                sourceSize.height: 256
-                fillMode: Image.PreserveAspectFit
-                smooth: true
-                mipmap: true
             }
         }
 

@@ -16,26 +16,8 @@ ApplicationWindow {
 
     // Evaluated once at load: getSetting gives no change notice. The settings page and the
     // tick's systemThemeChanged set the theme by hand afterwards.
-    Material.theme: {
-        if (typeof backend === "undefined" || !backend)
-            return Material.Dark
-        var theme = backend.getSetting("theme", 0)
-        if (theme === 0)
-            return Material.Light
-        if (theme === 1)
-            return Material.Dark
-        return backend.isSystemDarkMode() ? Material.Dark : Material.Light
-    }
-    Material.accent: {
-        if (typeof backend === "undefined" || !backend)
-            return "blue"
-        var theme = backend.getSetting("theme", 0)
-        if (theme === 0)
-            return "blue"
-        if (theme === 1)
-            return "yellow"
-        return backend.isSystemDarkMode() ? "yellow" : "blue"
-    }
+    Material.theme: Theme.initialDark() ? Material.Dark : Material.Light
+    Material.accent: Theme.initialAccent()
 
     // A page that is not in the resources leaves the content area empty, quietly; any other
     // failure to load is left for the Loader to report.
@@ -183,13 +165,8 @@ ApplicationWindow {
             backend.setSetting("windowY", window.y)
         }
         function onSystemThemeChanged(theme) {
-            if (theme === 0) {
-                window.Material.theme = Material.Light
-                window.Material.accent = "blue"
-            } else {
-                window.Material.theme = Material.Dark
-                window.Material.accent = "yellow"
-            }
+            window.Material.theme = theme === 0 ? Material.Light : Material.Dark
+            window.Material.accent = Theme.accentFor(theme !== 0)
         }
     }
 

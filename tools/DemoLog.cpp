@@ -2,6 +2,7 @@
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
+#include "util/SettingKeys.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -133,8 +134,8 @@ bool DemoLog::write(const QString& folder, qint64 end, double base, const QStrin
         return false;
     if (!serialPort.isEmpty()) {
         QSettings settings(dir.absoluteFilePath(SettingsFile), QSettings::IniFormat);
-        settings.setValue(QStringLiteral("SettingUseSerial"), 1);
-        settings.setValue(QStringLiteral("SettingSerialPort"), serialPort);
+        settings.setValue(SettingKey::UseSerial, 1);
+        settings.setValue(SettingKey::SerialPort, serialPort);
         settings.sync();
     }
     return true;

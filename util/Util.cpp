@@ -1,7 +1,8 @@
 #include "util/Util.h"
 
-#include "app/BackEnd.h"
 #include "util/DataFolder.h"
+#include "util/SettingKeys.h"
+#include "util/SettingsReader.h"
 #include "util/Truncation.h"
 
 #include <QtCore/QCoreApplication>
@@ -26,17 +27,14 @@ constexpr int BundleLevels = 3;
 constexpr int BundleLevels = 0;
 #endif
 
-// Pressure factors of our own, apart from those of BackEnd on purpose.
+// The formatting routines keep their own copy of the factors on purpose, apart from the
+// shared ones in util/Pressure.h: a change there must not move the texts shown here.
 constexpr double InHgPerHpa = 0.029529983071445;
 constexpr double MmHgPerHpa = 0.75006157584566;
 
-// Read anew at every call, so that a change on the settings page shows at the next call.
-// Without a backend (before start-up has made one) the caller's default stands.
 QVariant setting(const QString& key, const QVariant& def)
 {
-    if (!backend || !backend->getSettings())
-        return def;
-    return backend->getSettings()->value(key, def);
+    return SettingsReader::read(key, def);
 }
 
 int intSetting(const QString& key, int def)
@@ -105,7 +103,7 @@ QString Util::formatLongitude(const double& longitude)
 
 QString Util::formatDegres(const double& value)
 {
-    const int locFormat = intSetting(QStringLiteral("locFormat"), 1);
+    const int locFormat = intSetting(SettingKey::LocFormat, SettingDefault::LocFormat);
     QString text;
     if (locFormat == 0) {
         // Truncated at every step: 10.99999 stays 10 degrees 59 minutes 59 seconds.
@@ -147,13 +145,13 @@ QString Util::formatDir3(const double& value, const int& decimals)
 
 QDateTime Util::convertDateTime(const QDateTime& dateTime)
 {
-    const int timeZone = intSetting(QStringLiteral("timeZone"), 1);
+    const int timeZone = intSetting(SettingKey::TimeZone, SettingDefault::TimeZone);
     return dateTime.toTimeSpec(timeZone == 0 ? Qt::UTC : Qt::LocalTime);
 }
 
 QString Util::convertDateFormat(const QString& format)
 {
-    const int formatMMDD = intSetting(QStringLiteral("formatMMDD"), 0);
+    const int formatMMDD = intSetting(SettingKey::FormatMMDD, SettingDefault::FormatMMDD);
     if (format == QLatin1String("dddd MMMM d yyyy"))
         return formatMMDD == 1 ? QStringLiteral("dddd d MMMM yyyy") : format;
 
@@ -188,7 +186,7 @@ QString Util::formatDateLong(const QDateTime& dateTime)
 
 QString Util::formatDateTimeLong(const QDateTime& dateTime)
 {
-    const int timeFormat = backend ? backend->getSetting(QStringLiteral("timeFormat"), 0).toInt() : 0;
+    const int timeFormat = intSetting(SettingKey::TimeFormat, SettingDefault::TimeFormat);
     const QDateTime local = convertDateTime(dateTime);
     // The closing blank of the date format parts the date from the time.
     const QString datePart = local.date().toString(convertDateFormat(QStringLiteral("dd/MM/yyyy ")));
@@ -209,8 +207,8 @@ QString Util::formatDateBaro(const QDateTime& dateTime)
     const QString zone = local.toOffsetFromUtc(local.offsetFromUtc()).toString(QStringLiteral("t"));
 
     // Here 1 means month first, as the settings page labels it.
-    const bool monthFirst = intSetting(QStringLiteral("formatMMDD"), 0) == 1;
-    const bool clock24 = setting(QStringLiteral("timeFormat"), 0) == QVariant(0);
+    const bool monthFirst = intSetting(SettingKey::FormatMMDD, SettingDefault::FormatMMDD) == 1;
+    const bool clock24 = setting(SettingKey::TimeFormat, SettingDefault::TimeFormat) == QVariant(0);
     QString format;
     if (monthFirst)
         format = clock24 ? QStringLiteral("hh:mm:ss (%1) %2 dd, yyyy")
@@ -234,7 +232,7 @@ QString Util::formatSpeed(const double& speed)
 {
     double value = 0.0;
     QString label;
-    switch (intSetting(QStringLiteral("unitSpeed"), 0)) {
+    switch (intSetting(SettingKey::UnitSpeed, SettingDefault::UnitSpeed)) {
     case 0:
         value = speed * 3.6 / 1.852;
         label = QObject::tr("kts");
@@ -255,8 +253,8 @@ QString Util::formatSpeed(const double& speed)
 
 QString Util::formatPressure(const double& pressure, const bool& withUnit)
 {
-    const int precision = intSetting(QStringLiteral("precision"), 1);
-    const int unitPre = intSetting(QStringLiteral("unitPre"), 0);
+    const int precision = intSetting(SettingKey::Precision, SettingDefault::Precision);
+    const int unitPre = intSetting(SettingKey::UnitPre, SettingDefault::UnitPre);
 
     QString label;
     double value = pressure;

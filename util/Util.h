@@ -4,7 +4,7 @@
 #include <QtCore/QString>
 
 // Class-level routines only: the text forms of values, the data folder and a folder copy.
-// Each reads the settings it needs anew at every call, through the global backend.
+// Each reads the settings it needs anew at every call, through the installed SettingsReader.
 class Util
 {
 public:

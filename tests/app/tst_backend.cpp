@@ -1,7 +1,7 @@
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
-#include "support/HostTheme.h"
-#include "support/LogFixture.h"
+#include "tests/support/HostTheme.h"
+#include "tests/support/LogFixture.h"
 #include "util/Clock.h"
 #include "util/Util.h"
 

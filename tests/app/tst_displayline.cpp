@@ -1,9 +1,10 @@
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
 #include "nmea/Nmea0183.h"
-#include "nmea/NmeaTestKit.h"
-#include "support/LogFixture.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/BackEndFixture.h"
+#include "tests/support/LogFixture.h"
+#include "tests/support/NmeaTestKit.h"
+#include "tests/support/TestDataFolder.h"
 #include "util/Clock.h"
 #include "util/Util.h"
 
@@ -23,21 +24,7 @@ class TestDisplayLine : public QObject
     Q_OBJECT
 
 private:
-    struct Fixture
-    {
-        Fixture()
-        {
-            NmeaTestKit::writeIni(NmeaTestKit::quietSettings());
-            b.reset(new BackEnd);
-        }
-        ~Fixture()
-        {
-            b.reset();
-            backend = nullptr;
-        }
-        TestDataFolder folder;
-        std::unique_ptr<BackEnd> b;
-    };
+    using Fixture = BackEndFixture;
 
     // The strings of one tick.
     static QStringList tick(BackEnd& b)

@@ -1,6 +1,6 @@
 #include "app/BackEnd.h"
-#include "support/LogFixture.h"
-#include "support/MessageLog.h"
+#include "tests/support/LogFixture.h"
+#include "tests/support/MessageLog.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>

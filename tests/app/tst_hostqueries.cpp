@@ -1,6 +1,6 @@
 #include "app/BackEnd.h"
-#include "support/HostTheme.h"
-#include "support/LogFixture.h"
+#include "tests/support/HostTheme.h"
+#include "tests/support/LogFixture.h"
 
 #include <QtCore/QDateTime>
 #include <QtGui/QFontMetrics>

@@ -1,18 +1,13 @@
-#include "app/BackEnd.h"
-#include "app/TranslationHandler.h"
-#include "log/DataSource.h"
-#include "support/MessageLog.h"
-#include "support/ScreenSize.h"
-#include "support/TestDataFolder.h"
+#include "app/Composition.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/ScreenSize.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtCore/QSettings>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
 #include <QtQml/QQmlApplicationEngine>
-#include <QtQml/QQmlContext>
-#include <QtQuick/QQuickView>
 #include <QtQuick/QQuickWindow>
-#include <QtQuickControls2/QQuickStyle>
 #include <QtSql/QSqlDatabase>
 #include <QtTest/QtTest>
 
@@ -29,20 +24,12 @@ private:
     {
         TestDataFolder folder;
         QQmlApplicationEngine engine;
-        TranslationHandler translations{&engine};
-        QQuickView view{&engine, nullptr};
-        BackEnd* back = nullptr;
-        DataSource* log = nullptr;
+        Composition composition{engine};
 
         void start()
         {
-            engine.rootContext()->setContextProperty("translateHandler", &translations);
-            back = new BackEnd(&engine);
-            view.rootContext()->setContextProperty("backend", back);
-            log = new DataSource(&view, nullptr);
-            dataSource = log;
-            view.rootContext()->setContextProperty("dataSource", log);
-            engine.load(QUrl("qrc:/main"));
+            composition.build();
+            composition.load();
         }
 
         QQuickWindow* window() const
@@ -54,11 +41,7 @@ private:
         // What shutdown does after the event loop: the log first, then the BackEnd.
         void stop()
         {
-            delete log;
-            log = nullptr;
-            dataSource = nullptr;
-            delete back;
-            back = nullptr;
+            composition.tearDown();
         }
 
         ~Application()
@@ -82,8 +65,7 @@ private:
 private slots:
     void initTestCase()
     {
-        qmlRegisterType<BackEnd>("backend", 1, 0, "BackEnd");
-        QQuickStyle::setStyle("Material");
+        Composition::registerTypes();
     }
 
     void firstStartCentresSeventyPercentOfTheScreen_data()

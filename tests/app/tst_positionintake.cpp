@@ -1,11 +1,12 @@
 #include "app/BackEnd.h"
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaSenderUdp.h"
-#include "nmea/NmeaTestKit.h"
-#include "support/DatagramListener.h"
-#include "support/MessageLog.h"
-#include "support/NetworkNamespace.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/BackEndFixture.h"
+#include "tests/support/DatagramListener.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/NetworkNamespace.h"
+#include "tests/support/NmeaTestKit.h"
+#include "tests/support/TestDataFolder.h"
 #include "util/Clock.h"
 #include "util/Util.h"
 
@@ -111,22 +112,16 @@ class TestPositionIntake : public QObject
     Q_OBJECT
 
 private:
-    struct Fixture
+    struct Fixture : BackEndFixture
     {
         explicit Fixture(const QVariantMap& extra = {})
+            : BackEndFixture(extra)
         {
-            QVariantMap values = NmeaTestKit::quietSettings();
-            for (auto it = extra.cbegin(); it != extra.cend(); ++it)
-                values.insert(it.key(), it.value());
-            NmeaTestKit::writeIni(values);
-            b.reset(new BackEnd);
             nmea.reset(new Nmea0183(nullptr));
         }
         ~Fixture()
         {
             nmea.reset();
-            b.reset();
-            backend = nullptr;
         }
         // One RMC sentence through the reading path, as if it came from `source`.
         void rmc(const QByteArray& body, NmeaSourceType source = Serial)
@@ -142,8 +137,6 @@ private:
                 *cogsog = updates.value(0).value(2).toString();
             return updates.value(0).value(1).toString();
         }
-        TestDataFolder folder;
-        std::unique_ptr<BackEnd> b;
         std::unique_ptr<Nmea0183> nmea;
     };
 

@@ -1,12 +1,13 @@
 #include "app/BackEnd.h"
 #include "nmea/NmeaSenderUdp.h"
-#include "nmea/NmeaTestKit.h"
-#include "support/DatagramListener.h"
-#include "support/FakePressureSensor.h"
-#include "support/LogFixture.h"
-#include "support/MessageLog.h"
-#include "support/NetworkNamespace.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/BackEndFixture.h"
+#include "tests/support/DatagramListener.h"
+#include "tests/support/FakePressureSensor.h"
+#include "tests/support/LogFixture.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/NetworkNamespace.h"
+#include "tests/support/NmeaTestKit.h"
+#include "tests/support/TestDataFolder.h"
 #include "util/Clock.h"
 
 #include <QtCore/QElapsedTimer>
@@ -26,24 +27,7 @@ class TestPressureModel : public QObject
 
 private:
     // A BackEnd with no NMEA input in a fresh data folder.
-    struct Fixture
-    {
-        explicit Fixture(const QVariantMap& extra = {})
-        {
-            QVariantMap values = NmeaTestKit::quietSettings();
-            for (auto it = extra.cbegin(); it != extra.cend(); ++it)
-                values.insert(it.key(), it.value());
-            NmeaTestKit::writeIni(values);
-            b.reset(new BackEnd);
-        }
-        ~Fixture()
-        {
-            b.reset();
-            backend = nullptr;
-        }
-        TestDataFolder folder;
-        std::unique_ptr<BackEnd> b;
-    };
+    using Fixture = BackEndFixture;
 
     static constexpr double InHgPerHpa = 0.029529983071445;
     static constexpr double MmHgPerHpa = 0.75006157584566;

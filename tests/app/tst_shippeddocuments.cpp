@@ -1,5 +1,5 @@
 #include "app/BackEnd.h"
-#include "support/LogFixture.h"
+#include "tests/support/LogFixture.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QRegularExpression>

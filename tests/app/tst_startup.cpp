@@ -1,5 +1,5 @@
 #include "app/Startup.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/TestDataFolder.h"
 #include "util/Util.h"
 
 #include <QtCore/QCoreApplication>

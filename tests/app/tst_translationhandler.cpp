@@ -1,6 +1,6 @@
 #include "app/TranslationHandler.h"
-#include "support/MessageLog.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>

@@ -3,9 +3,9 @@
 #include "app/DesktopNotifier.h"
 #include "app/WarningAnnouncer.h"
 #include "log/PressureWarning.h"
-#include "support/MessageLog.h"
-#include "support/NotificationService.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/NotificationService.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtCore/QDataStream>
 #include <QtTest/QtTest>

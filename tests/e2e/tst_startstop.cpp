@@ -1,5 +1,5 @@
-#include "support/AppProcess.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/AppProcess.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QSettings>

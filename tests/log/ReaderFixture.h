@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/LogFixture.h"
-#include "support/MessageLog.h"
+#include "tests/support/LogFixture.h"
+#include "tests/support/MessageLog.h"
 
 #include <QtCore/QList>
 #include <QtCore/QObject>

@@ -1,8 +1,8 @@
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
-#include "support/LogFixture.h"
-#include "support/MessageLog.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/LogFixture.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/TestDataFolder.h"
 #include "util/Clock.h"
 
 #include <QtCore/QFile>

@@ -1,7 +1,7 @@
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
-#include "support/MessageLog.h"
-#include "support/MountNamespace.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/MountNamespace.h"
 #include "util/Clock.h"
 
 #include <QtCore/QDir>

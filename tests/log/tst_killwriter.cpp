@@ -1,6 +1,6 @@
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/TestDataFolder.h"
 #include "util/Clock.h"
 
 #include <QtCore/QFileInfo>

@@ -1,17 +1,9 @@
 #pragma once
 
-#include "NmeaTestKit.h"
-#include "support/TestDataFolder.h"
+#include "app/BackEnd.h"
+#include "tests/support/BackEndFixture.h"
+#include "tests/support/NmeaTestKit.h"
 
 // A BackEnd in its own data folder with no receiver, for item tests that read back what
 // an item handed over.
-struct ItemFixture
-{
-    ItemFixture()
-    {
-        NmeaTestKit::writeIni(NmeaTestKit::quietSettings());
-        b.reset(new BackEnd);
-    }
-    TestDataFolder folder;
-    std::unique_ptr<BackEnd> b;
-};
+using ItemFixture = BackEndFixture;

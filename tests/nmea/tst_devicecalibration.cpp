@@ -3,11 +3,11 @@
 #include "app/BackEnd.h"
 
 #include "DeviceSim.h"
-#include "NmeaTestKit.h"
 #include "nmea/Nmea0183.h"
-#include "support/MessageLog.h"
-#include "support/PseudoTerminal.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/NmeaTestKit.h"
+#include "tests/support/PseudoTerminal.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtTest/QtTest>
 

@@ -1,9 +1,9 @@
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaItem.h"
 
-#include "NmeaTestKit.h"
-#include "support/MessageLog.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/NmeaTestKit.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtTest/QtTest>
 

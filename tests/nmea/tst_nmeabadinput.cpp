@@ -5,8 +5,8 @@
 #include "nmea/NmeaSourceUdp.h"
 
 #include "SourceFixture.h"
-#include "support/MessageLog.h"
-#include "support/PseudoTerminal.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/PseudoTerminal.h"
 
 #include <QtCore/QRandomGenerator>
 #include <QtNetwork/QTcpServer>

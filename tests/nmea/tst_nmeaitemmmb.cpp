@@ -1,7 +1,7 @@
 #include "nmea/NmeaItemMMB.h"
 
 #include "ItemFixture.h"
-#include "support/MessageLog.h"
+#include "tests/support/MessageLog.h"
 
 #include <QtTest/QtTest>
 

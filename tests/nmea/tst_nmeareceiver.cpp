@@ -1,13 +1,13 @@
 #include "nmea/NmeaReceiver.h"
 
-#include "NmeaTestKit.h"
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaSourceSerial.h"
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
-#include "support/MessageLog.h"
-#include "support/PseudoTerminal.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/NmeaTestKit.h"
+#include "tests/support/PseudoTerminal.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtNetwork/QTcpServer>
 #include <QtTest/QtTest>

@@ -1,8 +1,8 @@
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaSenderUdp.h"
-#include "support/DatagramListener.h"
-#include "support/MessageLog.h"
-#include "support/NetworkNamespace.h"
+#include "tests/support/DatagramListener.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/NetworkNamespace.h"
 #include "util/Clock.h"
 
 #include <QtCore/QDateTime>

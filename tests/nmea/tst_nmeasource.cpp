@@ -1,7 +1,7 @@
 #include "nmea/NmeaSource.h"
 
 #include "SourceFixture.h"
-#include "support/MessageLog.h"
+#include "tests/support/MessageLog.h"
 
 #include <QtTest/QtTest>
 

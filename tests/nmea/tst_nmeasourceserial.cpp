@@ -1,8 +1,8 @@
 #include "nmea/NmeaSourceSerial.h"
 
 #include "SourceFixture.h"
-#include "support/MessageLog.h"
-#include "support/PseudoTerminal.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/PseudoTerminal.h"
 
 #include <QtTest/QtTest>
 

@@ -1,7 +1,7 @@
 #include "nmea/NmeaSourceTcp.h"
 
 #include "SourceFixture.h"
-#include "support/MessageLog.h"
+#include "tests/support/MessageLog.h"
 
 #include <QtNetwork/QTcpServer>
 #include <QtNetwork/QTcpSocket>

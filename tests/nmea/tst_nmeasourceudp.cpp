@@ -1,8 +1,8 @@
 #include "nmea/NmeaSourceUdp.h"
 
 #include "SourceFixture.h"
-#include "support/MessageLog.h"
-#include "support/NetworkNamespace.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/NetworkNamespace.h"
 
 #include <QtNetwork/QUdpSocket>
 #include <QtTest/QtTest>

@@ -3,9 +3,9 @@
 #include "nmea/NmeaSourceSerial.h"
 
 #include "DeviceSim.h"
-#include "NmeaTestKit.h"
-#include "support/MessageLog.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/NmeaTestKit.h"
+#include "tests/support/TestDataFolder.h"
 #include "util/Clock.h"
 
 #include <QtTest/QtTest>

@@ -1,12 +1,13 @@
-#include "NmeaTestKit.h"
 #include "app/BackEnd.h"
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaItemRMC.h"
 #include "nmea/NmeaSenderUdp.h"
-#include "support/DatagramListener.h"
-#include "support/FakePressureSensor.h"
-#include "support/NetworkNamespace.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/BackEndFixture.h"
+#include "tests/support/DatagramListener.h"
+#include "tests/support/FakePressureSensor.h"
+#include "tests/support/NetworkNamespace.h"
+#include "tests/support/NmeaTestKit.h"
+#include "tests/support/TestDataFolder.h"
 #include "util/Clock.h"
 
 #include <QtCore/QTimer>
@@ -25,23 +26,14 @@ class TestUdpOutput : public QObject
 private:
     // A BackEnd with the given settings on top of no input, and a receiver of the test's own
     // that stays on this thread, so that its tick can be called directly.
-    struct Fixture
+    struct Fixture : BackEndFixture
     {
-        explicit Fixture(const QVariantMap& extra = {})
-        {
-            QVariantMap values = NmeaTestKit::quietSettings();
-            for (auto it = extra.cbegin(); it != extra.cend(); ++it)
-                values.insert(it.key(), it.value());
-            NmeaTestKit::writeIni(values);
-            b.reset(new BackEnd);
-        }
+        using BackEndFixture::BackEndFixture;
         ~Fixture()
         {
             receiver.reset();
             if (b)
                 NmeaTestKit::stopNmea(*b);
-            b.reset();
-            backend = nullptr;
         }
         NmeaReceiver& ownReceiver()
         {
@@ -51,8 +43,6 @@ private:
             }
             return *receiver;
         }
-        TestDataFolder folder;
-        std::unique_ptr<BackEnd> b;
         std::unique_ptr<NmeaReceiver> receiver;
     };
 

@@ -1,6 +1,7 @@
 #include "PageHarness.h"
 
 #include "app/BackEnd.h"
+#include "app/Composition.h"
 #include "app/TranslationHandler.h"
 #include "log/DataSource.h"
 #include "nmea/NmeaSourceType.h"
@@ -22,7 +23,6 @@
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickView>
 #include <QtQuick/QQuickWindow>
-#include <QtQuickControls2/QQuickStyle>
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlQuery>
 #include <QtTest/QtTest>
@@ -60,16 +60,6 @@ bool startsWithAny(const QString& text, const QStringList& prefixes)
             return true;
     }
     return false;
-}
-
-void registerOnce()
-{
-    static bool done = false;
-    if (done)
-        return;
-    done = true;
-    qmlRegisterType<BackEnd>("backend", 1, 0, "BackEnd");
-    QQuickStyle::setStyle(QStringLiteral("Material"));
 }
 
 QSqlDatabase testDatabase(const QString& path)
@@ -110,7 +100,7 @@ void collect(QObject* object, const QString& objectName, QObject** found, QSet<Q
 PageHarness::PageHarness(bool liveTick)
     : liveTick(liveTick)
 {
-    registerOnce();
+    Composition::registerTypes();
     current.store(this);
     previousHandler = qInstallMessageHandler(&PageHarness::handle);
     // No test may ever open a page on the network.
@@ -192,7 +182,7 @@ bool PageHarness::eventFilter(QObject* watched, QEvent* event)
 
 void PageHarness::writeSetting(const QString& key, const QVariant& value)
 {
-    if (back) {
+    if (BackEnd* back = backEnd()) {
         back->setSetting(key, value);
         return;
     }
@@ -214,18 +204,10 @@ void PageHarness::standIn(const QString& page)
 bool PageHarness::start(bool show, const QString& language)
 {
     qmlEngine.reset(new QQmlApplicationEngine);
-
-    translationHandler.reset(new TranslationHandler(qmlEngine.get()));
-    qmlEngine->rootContext()->setContextProperty(QStringLiteral("translateHandler"), translationHandler.get());
-    translationHandler->selectLanguage(language);
-    view.reset(new QQuickView(qmlEngine.get(), nullptr));
-    view->setResizeMode(QQuickView::SizeRootObjectToView);
-    back = new BackEnd(qmlEngine.get());
-    view->rootContext()->setContextProperty(QStringLiteral("backend"), back);
-    source = new DataSource(view.get(), nullptr);
-    dataSource = source;
-    view->rootContext()->setContextProperty(QStringLiteral("dataSource"), source);
-    qmlEngine->load(QUrl(QStringLiteral("qrc:/main")));
+    composition.reset(new Composition(*qmlEngine));
+    composition->translations().selectLanguage(language);
+    composition->build();
+    composition->load();
     QQuickWindow* shown = window();
     if (!shown)
         return false;
@@ -239,18 +221,7 @@ bool PageHarness::start(bool show, const QString& language)
 
 void PageHarness::stop()
 {
-    if (source) {
-        delete source;
-        source = nullptr;
-        dataSource = nullptr;
-    }
-    if (back) {
-        delete back;
-        back = nullptr;
-        backend = nullptr;
-    }
-    view.reset();
-    translationHandler.reset();
+    composition.reset();
     qmlEngine.reset();
     for (const QString& rcc : qAsConst(standIns))
         QResource::unregisterResource(rcc);
@@ -269,7 +240,17 @@ QQmlApplicationEngine& PageHarness::engine()
 
 TranslationHandler& PageHarness::translations()
 {
-    return *translationHandler;
+    return composition->translations();
+}
+
+BackEnd* PageHarness::backEnd() const
+{
+    return composition ? composition->backEnd() : nullptr;
+}
+
+DataSource* PageHarness::log() const
+{
+    return composition ? composition->log() : nullptr;
 }
 
 QQuickWindow* PageHarness::window() const
@@ -379,15 +360,15 @@ int PageHarness::rowCount(const QString& table)
 void PageHarness::sample(qint64 secsSinceEpoch, double hPa)
 {
     Clock::setFixedSecsSinceEpoch(secsSinceEpoch);
-    back->setCurrentPressure(hPa, Serial);
-    back->slot_timerData();
+    backEnd()->setCurrentPressure(hPa, Serial);
+    backEnd()->slot_timerData();
 }
 
 void PageHarness::sampleWithoutPressure(qint64 secsSinceEpoch)
 {
     Clock::setFixedSecsSinceEpoch(secsSinceEpoch);
-    back->setCurrentPressure(-2000.0, Serial);
-    back->slot_timerData();
+    backEnd()->setCurrentPressure(-2000.0, Serial);
+    backEnd()->slot_timerData();
 }
 
 QObject* PageHarness::chart() const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/TestDataFolder.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtCore/QList>
 #include <QtCore/QObject>
@@ -14,6 +14,7 @@
 #include <memory>
 
 class BackEnd;
+class Composition;
 class DataSource;
 class QQmlApplicationEngine;
 class QQuickItem;
@@ -53,8 +54,8 @@ public:
 
     QQmlApplicationEngine& engine();
     TranslationHandler& translations();
-    BackEnd* backEnd() const { return back; }
-    DataSource* log() const { return source; }
+    BackEnd* backEnd() const;
+    DataSource* log() const;
     QQuickWindow* window() const;
 
     // Finds an object by objectName anywhere under `root` (the window's content if null).
@@ -112,10 +113,7 @@ private:
     QStringList standIns;
     TestDataFolder dataFolder;
     std::unique_ptr<QQmlApplicationEngine> qmlEngine;
-    std::unique_ptr<TranslationHandler> translationHandler;
-    std::unique_ptr<QQuickView> view;
-    BackEnd* back = nullptr;
-    DataSource* source = nullptr;
+    std::unique_ptr<Composition> composition;
     QList<QUrl> urls;
     QList<Message> recorded;
     QtMessageHandler previousHandler = nullptr;

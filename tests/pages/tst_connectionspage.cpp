@@ -1,6 +1,6 @@
 #include "PageHarness.h"
 #include "PageInput.h"
-#include "support/NetworkNamespace.h"
+#include "tests/support/NetworkNamespace.h"
 
 #include "app/BackEnd.h"
 #include "nmea/NmeaReceiver.h"

@@ -1,6 +1,6 @@
 #include "PageHarness.h"
-#include "support/HostTheme.h"
-#include "support/ScreenSize.h"
+#include "tests/support/HostTheme.h"
+#include "tests/support/ScreenSize.h"
 
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"

@@ -1,6 +1,6 @@
 #include "PageHarness.h"
 #include "PageInput.h"
-#include "support/HostTheme.h"
+#include "tests/support/HostTheme.h"
 
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"

@@ -1,4 +1,4 @@
-#include "support/DatagramListener.h"
+#include "tests/support/DatagramListener.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtNetwork/QNetworkDatagram>

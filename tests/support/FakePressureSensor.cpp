@@ -1,4 +1,4 @@
-#include "support/FakePressureSensor.h"
+#include "tests/support/FakePressureSensor.h"
 
 #include <QtCore/QTimer>
 #include <QtSensors/QPressureSensor>

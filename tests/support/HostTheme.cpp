@@ -1,4 +1,4 @@
-#include "support/HostTheme.h"
+#include "tests/support/HostTheme.h"
 
 #include <QtGui/QPalette>
 #include <qpa/qplatformtheme.h>

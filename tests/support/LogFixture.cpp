@@ -1,4 +1,4 @@
-#include "support/LogFixture.h"
+#include "tests/support/LogFixture.h"
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"

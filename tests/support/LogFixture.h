@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/TestDataFolder.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtCore/QString>
 #include <QtCore/QVariantList>

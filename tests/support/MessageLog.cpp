@@ -1,4 +1,4 @@
-#include "support/MessageLog.h"
+#include "tests/support/MessageLog.h"
 
 #include <atomic>
 

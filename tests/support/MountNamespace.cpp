@@ -1,4 +1,4 @@
-#include "support/MountNamespace.h"
+#include "tests/support/MountNamespace.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>

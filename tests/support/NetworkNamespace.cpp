@@ -1,4 +1,4 @@
-#include "support/NetworkNamespace.h"
+#include "tests/support/NetworkNamespace.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "support/NotificationService.h"
+#include "tests/support/NotificationService.h"
 
 #include <QtDBus/QDBusConnectionInterface>
 

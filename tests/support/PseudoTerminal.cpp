@@ -1,4 +1,4 @@
-#include "support/PseudoTerminal.h"
+#include "tests/support/PseudoTerminal.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "support/ScreenSize.h"
+#include "tests/support/ScreenSize.h"
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>

@@ -1,4 +1,4 @@
-#include "support/TestDataFolder.h"
+#include "tests/support/TestDataFolder.h"
 
 #include <QtCore/QDir>
 

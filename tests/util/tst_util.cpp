@@ -1,7 +1,7 @@
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
-#include "support/MessageLog.h"
-#include "support/TestDataFolder.h"
+#include "tests/support/MessageLog.h"
+#include "tests/support/TestDataFolder.h"
 #include "util/Util.h"
 
 #include <QtCore/QDateTime>

@@ -1,0 +1,70 @@
+#include "app/Composition.h"
+
+#include "app/BackEnd.h"
+#include "app/TranslationHandler.h"
+#include "log/DataSource.h"
+
+#include <QtQml/QQmlApplicationEngine>
+#include <QtQml/QQmlContext>
+#include <QtQml/qqml.h>
+#include <QtQuick/QQuickView>
+#include <QtQuickControls2/QQuickStyle>
+
+const QUrl Composition::MainPage(QStringLiteral("qrc:/main"));
+
+void Composition::registerTypes()
+{
+    static bool done = false;
+    if (done)
+        return;
+    done = true;
+    qmlRegisterType<BackEnd>("backend", 1, 0, "BackEnd");
+    qmlRegisterSingletonType(QUrl(QStringLiteral("qrc:/Theme.qml")), "backend", 1, 0, "Theme");
+    QQuickStyle::setStyle(QStringLiteral("Material"));
+}
+
+Composition::Composition(QQmlApplicationEngine& engine)
+    : engine(engine)
+    , translationHandler(new TranslationHandler(&engine))
+{
+    engine.rootContext()->setContextProperty(QStringLiteral("translateHandler"), translationHandler.get());
+}
+
+Composition::~Composition()
+{
+    tearDown();
+    view.reset();
+    translationHandler.reset();
+}
+
+void Composition::build()
+{
+    // Never shown: the visible window is the main page's. Its root context is the engine's.
+    view.reset(new QQuickView(&engine, nullptr));
+    view->setResizeMode(QQuickView::SizeRootObjectToView);
+    back = new BackEnd(&engine);
+    backend = back;
+    view->rootContext()->setContextProperty(QStringLiteral("backend"), back);
+    source = new DataSource(view.get(), nullptr);
+    dataSource = source;
+    view->rootContext()->setContextProperty(QStringLiteral("dataSource"), source);
+}
+
+void Composition::load()
+{
+    engine.load(MainPage);
+}
+
+void Composition::tearDown()
+{
+    if (source) {
+        delete source;
+        source = nullptr;
+        dataSource = nullptr;
+    }
+    if (back) {
+        delete back;
+        back = nullptr;
+        backend = nullptr;
+    }
+}

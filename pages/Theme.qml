@@ -1,0 +1,53 @@
+pragma Singleton
+import QtQuick 2.15
+
+// What every page looks the same with: the colours, the theme rule and the base font size.
+Item {
+    // The curve, the date, the pressure and its caption.
+    readonly property string lineColor: "#E63219"
+    // The system's default font size rules the pages.
+    readonly property int basePixelSize: refText.fontInfo.pixelSize
+    readonly property string fontFamily: refText.font.family
+
+    Text {
+        id: refText
+        visible: false
+        text: "X"
+        Component.onCompleted: if (Qt.platform.os === "windows") font.pixelSize = 20
+    }
+
+    function hasBackend() {
+        return typeof backend !== "undefined" && backend !== null
+    }
+
+    // The theme setting: 0 light, 1 dark, anything else follows the host. Read once at load:
+    // getSetting gives no change notice.
+    function darkFromSetting() {
+        var theme = backend.getSetting("theme", 0)
+        if (theme === 0)
+            return false
+        if (theme === 1)
+            return true
+        return backend.isSystemDarkMode()
+    }
+
+    // Without a backend the window is dark with the blue accent, as it has always been.
+    function initialDark() {
+        return hasBackend() ? darkFromSetting() : true
+    }
+    function initialAccent() {
+        return hasBackend() ? accentFor(darkFromSetting()) : "blue"
+    }
+
+    function accentFor(dark) {
+        return dark ? "yellow" : "blue"
+    }
+    // The position line.
+    function positionColor(dark) {
+        return dark ? "yellow" : "blue"
+    }
+    // The chart's title and its cursor.
+    function inkColor(dark) {
+        return dark ? "white" : "black"
+    }
+}
