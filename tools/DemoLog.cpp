@@ -35,8 +35,8 @@ bool createTables(const QString& folder, QStringList* names, QList<int>* interva
     if (!QDir::setCurrent(folder))
         return false;
     {
-        BackEnd back;
-        backend = &back;
+        // Settings only: no receiver thread, sensor or tick is wanted for making tables.
+        BackEnd back{BackEnd::SettingsOnly()};
         DataSource log(nullptr);
         dataSource = &log;
         *names = log.getTableNames();
