@@ -443,8 +443,14 @@ void TestNmeaSourceSerial::twentyMegabytesWithoutLineEndKeepMemoryFlat()
     QTRY_VERIFY(source->getBuffer().size() == NmeaSource::MaxUnfinishedLine);
     const qint64 grown = NmeaTestKit::residentKb() - before;
     QVERIFY2(longest <= NmeaSource::MaxUnfinishedLine, qPrintable(QString::number(longest)));
+#ifdef __SANITIZE_ADDRESS__
+    // The address sanitizer keeps freed blocks in quarantine, so resident memory measures
+    // it, not the buffer; the buffer's own bound is checked above.
+    Q_UNUSED(grown)
+#else
     // Kept whole, the 20 MB would be 40 MB of text.
     QVERIFY2(grown < 20 * 1024, qPrintable(QStringLiteral("grew %1 kB").arg(grown)));
+#endif
     QCOMPARE(log.count(QStringLiteral("unfinished line too long, oldest bytes dropped, source 1")), 1);
 
     terminal.write("\r\n" + withSum("$WIXDR,P,1.0050,B,Barometer") + "\r\n");

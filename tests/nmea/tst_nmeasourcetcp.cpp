@@ -356,9 +356,15 @@ void TestNmeaSourceTcp::twentyMegabytesWithoutLineEndKeepMemoryFlat()
     QTRY_VERIFY(source->getBuffer().size() == NmeaSource::MaxUnfinishedLine);
     const qint64 grown = residentKb() - before;
     QVERIFY2(longest <= NmeaSource::MaxUnfinishedLine, qPrintable(QString::number(longest)));
+#ifdef __SANITIZE_ADDRESS__
+    // The address sanitizer keeps freed blocks in quarantine, so resident memory measures
+    // it, not the buffer; the buffer's own bound is checked above.
+    Q_UNUSED(grown)
+#else
     // Kept whole, the 20 MB would be 40 MB of text; under half of that leaves room for
     // what the allocator holds on to after the large reads of a loaded machine.
     QVERIFY2(grown < 20 * 1024, qPrintable(QStringLiteral("grew %1 kB").arg(grown)));
+#endif
     QCOMPARE(log.count(QStringLiteral("unfinished line too long, oldest bytes dropped, source 2")), 1);
 
     // The rubbish ends as a line of its own, dropped; the sentence after it is read.
