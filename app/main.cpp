@@ -35,6 +35,18 @@ void setWindowIcon()
     QGuiApplication::setDesktopFileName(ApplicationIdentifier);
 }
 
+// Only macOS puts applications to sleep behind the user's back; elsewhere there is
+// nothing to switch off.
+void keepAwake()
+{
+#ifdef Q_OS_MACOS
+    const QStringList defaultsArguments = {QStringLiteral("write"), ApplicationIdentifier,
+                                           QStringLiteral("NSAppSleepDisabled"),
+                                           QStringLiteral("-bool"), QStringLiteral("YES")};
+    QProcess::execute(QStringLiteral("defaults"), defaultsArguments);
+#endif
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -52,15 +64,7 @@ int main(int argc, char* argv[])
     if (const std::optional<int> status = CommandLine::handle(QCoreApplication::arguments(), callerFolder))
         return *status;
     setWindowIcon();
-
-    // Only macOS puts applications to sleep behind the user's back; elsewhere there is
-    // nothing to switch off.
-#ifdef Q_OS_MACOS
-    const QStringList defaultsArguments = {QStringLiteral("write"), ApplicationIdentifier,
-                                           QStringLiteral("NSAppSleepDisabled"),
-                                           QStringLiteral("-bool"), QStringLiteral("YES")};
-    QProcess::execute(QStringLiteral("defaults"), defaultsArguments);
-#endif
+    keepAwake();
 
     const QString language = Startup::decideLanguage(QLocale::system().language());
 

@@ -65,34 +65,8 @@ ScrollView {
         width: settingsRect.contentWidth
         spacing: 0
 
-        Image {
-            id: imgQuillmere
-            objectName: "imgQuillmere"
-            source: "qrc:/Images/USB_banner.png"
-            Layout.preferredWidth: window.width
-            Layout.preferredHeight: window.width * 218 / 1800
-            fillMode: Image.PreserveAspectFit
-            verticalAlignment: Image.AlignTop
-            smooth: true
-            mipmap: true
-            clip: true
-
-            MouseArea {
-                objectName: "makerLink"
-                x: 0
-                width: parent.width * 800 / 1800
-                height: parent.height
-                cursorShape: Qt.PointingHandCursor
-                onClicked: Qt.openUrlExternally("https://www.quillmere.com/")
-            }
-            MouseArea {
-                objectName: "deviceLink"
-                x: parent.width - width
-                width: parent.width * 485 / 1800
-                height: parent.height
-                cursorShape: Qt.PointingHandCursor
-                onClicked: Qt.openUrlExternally("https://www.quillmere.com/skerry")
-            }
+        Banner {
+            layoutWidth: window.width
         }
 
         Label {
@@ -223,16 +197,9 @@ ScrollView {
                         Keys.onEnterPressed: parent.forceActiveFocus()
                     }
                 }
-                SpinBox {
+                PortSpinBox {
                     id: tcpIpPort
                     objectName: "tcpIpPort"
-                    from: 6000
-                    to: 65535
-                    value: 10110
-                    editable: true
-                    // A port is a number, not a quantity: no group separator.
-                    textFromValue: function(value) { return value.toString() }
-                    valueFromText: function(text) { return parseInt(text, 10) }
                     Accessible.name: qsTranslate("settingsConnections", "TCP port")
                 }
             }
@@ -243,16 +210,10 @@ ScrollView {
                 text: qsTranslate("settingsConnections", "UDP NMEA input")
                 Accessible.name: text
             }
-            SpinBox {
+            PortSpinBox {
                 id: udpInputPort
                 objectName: "udpInputPort"
                 enabled: swUdp.checked
-                from: 6000
-                to: 65535
-                value: 10110
-                editable: true
-                textFromValue: function(value) { return value.toString() }
-                valueFromText: function(text) { return parseInt(text, 10) }
                 Accessible.name: qsTranslate("settingsConnections", "UDP input port")
             }
 
@@ -264,15 +225,9 @@ ScrollView {
             }
             RowLayout {
                 enabled: swUdpOut.checked
-                SpinBox {
+                PortSpinBox {
                     id: sp_udpPort
                     objectName: "sp_udpPort"
-                    from: 6000
-                    to: 65535
-                    value: 10110
-                    editable: true
-                    textFromValue: function(value) { return value.toString() }
-                    valueFromText: function(text) { return parseInt(text, 10) }
                     Accessible.name: qsTranslate("settingsConnections", "UDP output port")
                 }
                 Switch {

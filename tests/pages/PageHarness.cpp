@@ -277,8 +277,31 @@ QQuickItem* PageHarness::item(const QString& objectName, QObject* root) const
 
 QObject* PageHarness::byId(QObject* inside, const QString& id)
 {
-    QQmlContext* context = inside ? qmlContext(inside) : nullptr;
-    return context ? context->contextProperty(id).value<QObject*>() : nullptr;
+    // A page is built from components of its own, each with the ids of its own document:
+    // the page's document is asked first, then those of the components inside it, nearest
+    // first. Documents of the controls' style are not ours, and their ids are not asked.
+    QSet<QQmlContext*> asked;
+    QSet<QObject*> seen;
+    QList<QObject*> queue{inside};
+    while (!queue.isEmpty()) {
+        QObject* object = queue.takeFirst();
+        if (!object || seen.contains(object))
+            continue;
+        seen.insert(object);
+        QQmlContext* context = qmlContext(object);
+        if (context && !asked.contains(context) && context->baseUrl().scheme() == QLatin1String("qrc")) {
+            asked.insert(context);
+            if (QObject* found = context->contextProperty(id).value<QObject*>())
+                return found;
+        }
+        if (auto* item = qobject_cast<QQuickItem*>(object)) {
+            const auto childItems = item->childItems();
+            for (QQuickItem* child : childItems)
+                queue << child;
+        }
+        queue << object->children();
+    }
+    return nullptr;
 }
 
 QVariant PageHarness::evaluate(QObject* scope, const QString& expression)

@@ -61,7 +61,8 @@ public:
     // Finds an object by objectName anywhere under `root` (the window's content if null).
     QObject* find(const QString& objectName, QObject* root = nullptr) const;
     QQuickItem* item(const QString& objectName, QObject* root = nullptr) const;
-    // An object by its id, in the document that `inside` belongs to.
+    // An object by its id, in the document that `inside` belongs to or in those of the
+    // components it is built from.
     static QObject* byId(QObject* inside, const QString& id);
     // Evaluates `expression` in the document of `scope`, with `scope` as this.
     static QVariant evaluate(QObject* scope, const QString& expression);
