@@ -10,7 +10,6 @@
 #include <QtCharts/QXYSeries>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
-#include <QtCore/QResource>
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
 #include <QtCore/QSet>
@@ -190,17 +189,6 @@ void PageHarness::writeSetting(const QString& key, const QVariant& value)
     ini.setValue(key, value);
 }
 
-void PageHarness::standIn(const QString& page)
-{
-    if (QFile::exists(QStringLiteral(":/") + page))
-        return;
-    const QString rcc = QStringLiteral(BRINHOLT_STANDINS_DIR "/%1.rcc").arg(page.section(QLatin1Char('.'), 0, 0));
-    if (QResource::registerResource(rcc))
-        standIns << rcc;
-    else
-        qWarning() << "stand-in not found" << rcc;
-}
-
 bool PageHarness::start(bool show, const QString& language)
 {
     qmlEngine.reset(new QQmlApplicationEngine);
@@ -223,9 +211,6 @@ void PageHarness::stop()
 {
     composition.reset();
     qmlEngine.reset();
-    for (const QString& rcc : qAsConst(standIns))
-        QResource::unregisterResource(rcc);
-    standIns.clear();
     if (QSqlDatabase::contains(TestConnection)) {
         QSqlDatabase::database(TestConnection, false).close();
         QSqlDatabase::removeDatabase(TestConnection);

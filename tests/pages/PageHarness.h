@@ -43,10 +43,6 @@ public:
     // Written straight into the settings file; before start() this is what the first read sees.
     void writeSetting(const QString& key, const QVariant& value);
 
-    // Puts the small page of standins/ at "qrc:/<page>" while that page is not built into
-    // the resources, so that a container can be tested before what it contains exists.
-    void standIn(const QString& page);
-
     // Selects the language and loads the main page, as start-up does; false if the page did
     // not come up.
     bool start(bool show = true, const QString& language = QStringLiteral("en"));
@@ -111,7 +107,6 @@ private:
     };
 
     bool liveTick = false;
-    QStringList standIns;
     TestDataFolder dataFolder;
     std::unique_ptr<QQmlApplicationEngine> qmlEngine;
     std::unique_ptr<Composition> composition;

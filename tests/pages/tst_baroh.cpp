@@ -1,3 +1,4 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 
 #include "app/BackEnd.h"
@@ -13,6 +14,8 @@
 #include <QtTest/QtTest>
 
 #include <cmath>
+
+using namespace PageDriver;
 
 namespace {
 
@@ -132,12 +135,6 @@ private:
     {
         QtCharts::QXYSeries* s = h.series(h.seriesCount() - 1);
         return s ? s->name() : QString();
-    }
-
-    static void checkClean(PageHarness& h)
-    {
-        const QStringList unexpected = h.unexpectedMessages();
-        QVERIFY2(unexpected.isEmpty(), qPrintable(unexpected.join('\n')));
     }
 
 private slots:

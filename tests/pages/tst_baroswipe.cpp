@@ -1,8 +1,11 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
 #include <QtTest/QtTest>
+
+using namespace PageDriver;
 
 // The swipe between the graph and the large display, which the split screen setting allows.
 class TestBaroSwipe : public QObject
@@ -37,12 +40,6 @@ private:
     static int index(PageHarness& h)
     {
         return h.find("view")->property("currentIndex").toInt();
-    }
-
-    static void checkClean(PageHarness& h)
-    {
-        const QStringList unexpected = h.unexpectedMessages();
-        QVERIFY2(unexpected.isEmpty(), qPrintable(unexpected.join('\n')));
     }
 
 private slots:

@@ -1,3 +1,4 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 
 #include "app/BackEnd.h"
@@ -7,6 +8,8 @@
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
 #include <QtTest/QtTest>
+
+using namespace PageDriver;
 
 namespace {
 
@@ -42,12 +45,6 @@ private:
     static QString text(PageHarness& h, const QString& name)
     {
         return pageItem(h, name)->property("text").toString();
-    }
-
-    static void checkClean(PageHarness& h)
-    {
-        const QStringList unexpected = h.unexpectedMessages();
-        QVERIFY2(unexpected.isEmpty(), qPrintable(unexpected.join('\n')));
     }
 
 private slots:

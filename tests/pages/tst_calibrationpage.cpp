@@ -1,3 +1,4 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 #include "PageInput.h"
 
@@ -13,6 +14,8 @@
 #include <cmath>
 
 // The calibration page end to end: the real BackEnd and serial source, and the simulated
+using namespace PageDriver;
+
 // device on a pseudo-terminal.
 class TestCalibrationPage : public QObject
 {
@@ -61,24 +64,6 @@ private:
         return page && page->objectName() == QLatin1String("calibrationPage") ? page : nullptr;
     }
 
-    static QObject* control(QQuickItem* page, const char* id)
-    {
-        return PageHarness::byId(page, QString::fromLatin1(id));
-    }
-
-    static QVariant prop(QQuickItem* page, const char* id, const char* property)
-    {
-        QObject* object = control(page, id);
-        return object ? object->property(property) : QVariant();
-    }
-
-    static void set(QQuickItem* page, const char* id, const char* property, const QVariant& value)
-    {
-        QObject* object = control(page, id);
-        QVERIFY2(object, id);
-        QVERIFY2(object->setProperty(property, value), id);
-    }
-
     static bool locked(QQuickItem* page)
     {
         return !prop(page, "offsetInput", "enabled").toBool() && !prop(page, "slopeInput", "enabled").toBool()
@@ -89,11 +74,6 @@ private:
     {
         return prop(page, "offsetInput", "enabled").toBool() && prop(page, "slopeInput", "enabled").toBool()
                && prop(page, "buttonCalib", "enabled").toBool() && prop(page, "buttonReset", "enabled").toBool();
-    }
-
-    static QUrl loaderSource(PageHarness& h)
-    {
-        return h.find("loader")->property("source").toUrl();
     }
 
     static void checkClean(PageHarness& h)

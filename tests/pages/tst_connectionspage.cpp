@@ -1,3 +1,4 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 #include "PageInput.h"
 #include "tests/support/NetworkNamespace.h"
@@ -24,6 +25,8 @@
 #include <unistd.h>
 
 #include <cmath>
+
+using namespace PageDriver;
 
 namespace {
 
@@ -94,22 +97,6 @@ class TestConnectionsPage : public QObject
     Q_OBJECT
 
 private:
-    static bool startMain(PageHarness& h)
-    {
-        h.writeSetting("windowWidth", 800);
-        h.writeSetting("windowHeight", 600);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
-        return h.start();
-    }
-
-    static void press(PageHarness& h, const QString& button)
-    {
-        QQuickItem* item = h.item(button);
-        QVERIFY(item);
-        QVERIFY2(PageInput::click(h.window(), h.loadedPage(), item), qPrintable(button));
-    }
-
     // Opens the page as the settings page does; with `ports` the page lists those in place
     // of the machine's, so that the rules for the list can be tried on any machine.
     static QQuickItem* open(PageHarness& h, const QStringList& ports = QStringList(), bool ownPorts = false)
@@ -128,39 +115,6 @@ private:
         return page;
     }
 
-    static bool leave(PageHarness& h)
-    {
-        QPointer<QQuickItem> page = h.loadedPage();
-        press(h, "baroButton");
-        for (int i = 0; i < 300 && !page.isNull(); ++i)
-            QTest::qWait(10);
-        return page.isNull();
-    }
-
-    static QObject* control(QQuickItem* page, const char* id)
-    {
-        return PageHarness::byId(page, QString::fromLatin1(id));
-    }
-
-    static QVariant prop(QQuickItem* page, const char* id, const char* property)
-    {
-        QObject* object = control(page, id);
-        return object ? object->property(property) : QVariant();
-    }
-
-    static void set(QQuickItem* page, const char* id, const char* property, const QVariant& value)
-    {
-        QObject* object = control(page, id);
-        QVERIFY2(object, id);
-        QVERIFY2(object->setProperty(property, value), id);
-    }
-
-    static QVariant stored(PageHarness& h, const QString& key)
-    {
-        QSettings ini(h.folder().filePath(QStringLiteral("brinholt.ini")), QSettings::IniFormat);
-        return ini.value(key);
-    }
-
     static void sendPressure(quint16 port, double hPa)
     {
         QUdpSocket socket;
@@ -168,12 +122,6 @@ private:
         socket.writeDatagram(DeviceSimulator::sentence("$WIXDR,P," + bars + ",B,Barometer") + "\r\n", QHostAddress::LocalHost,
                              port);
         socket.waitForBytesWritten(1000);
-    }
-
-    static void checkClean(PageHarness& h)
-    {
-        const QStringList unexpected = h.unexpectedMessages();
-        QVERIFY2(unexpected.isEmpty(), qPrintable(unexpected.join('\n')));
     }
 
     // What the pages themselves said; the receiver and its sources have words of their own

@@ -1,3 +1,4 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 
 #include "app/BackEnd.h"
@@ -11,6 +12,8 @@
 #include <QtTest/QtTest>
 
 // The help page: the manual, the privacy policy at the press of a button, links that leave
+using namespace PageDriver;
+
 // the program.
 class TestHelpPage : public QObject
 {
@@ -55,21 +58,6 @@ private:
     }
 
     static double position(PageHarness& h) { return verticalBar(h)->property("position").toDouble(); }
-
-    static bool copyCatalogues(const QString& folder)
-    {
-        for (const char* name : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm", "qt_fr.qm", "qtbase_fr.qm"}) {
-            if (!QFile::copy(QDir(BRINHOLT_BINARY_DIR).filePath(name), QDir(folder).filePath(name)))
-                return false;
-        }
-        return true;
-    }
-
-    static void checkClean(PageHarness& h)
-    {
-        const QStringList unexpected = h.unexpectedMessages();
-        QVERIFY2(unexpected.isEmpty(), qPrintable(unexpected.join('\n')));
-    }
 
 private slots:
     void theHelpOpensOnTheManualAtItsTop()

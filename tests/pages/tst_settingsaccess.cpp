@@ -1,3 +1,4 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 
 #include "app/BackEnd.h"
@@ -12,6 +13,8 @@
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
 #include <QtTest/QtTest>
+
+using namespace PageDriver;
 
 namespace {
 
@@ -108,15 +111,6 @@ private:
         return h.start(true, language);
     }
 
-    static bool copyCatalogues(const QString& folder)
-    {
-        for (const char* name : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm", "qt_fr.qm", "qtbase_fr.qm"}) {
-            if (!QFile::copy(QDir(BRINHOLT_BINARY_DIR).filePath(name), QDir(folder).filePath(name)))
-                return false;
-        }
-        return true;
-    }
-
     static QAccessibleInterface* findControl(PageHarness& h, const QString& name, QAccessible::Role role)
     {
         QList<QAccessibleInterface*> all;
@@ -161,17 +155,6 @@ private:
             QVERIFY2(findControl(h, name, control.role),
                      qPrintable(QStringLiteral("no %1 named \"%2\" among:\n%3").arg(int(control.role)).arg(name, describe(h))));
         }
-    }
-
-    static QUrl loaderSource(PageHarness& h)
-    {
-        return h.find("loader")->property("source").toUrl();
-    }
-
-    static void checkClean(PageHarness& h)
-    {
-        const QStringList unexpected = h.unexpectedMessages();
-        QVERIFY2(unexpected.isEmpty(), qPrintable(unexpected.join('\n')));
     }
 
 private slots:

@@ -1,3 +1,4 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 #include "PageInput.h"
 #include "tests/support/HostTheme.h"
@@ -16,6 +17,8 @@
 
 #include <cmath>
 
+using namespace PageDriver;
+
 namespace {
 
 constexpr qint64 T0 = 1700000040;
@@ -32,22 +35,6 @@ class TestSettingsPage : public QObject
     Q_OBJECT
 
 private:
-    static bool startMain(PageHarness& h)
-    {
-        h.writeSetting("windowWidth", 800);
-        h.writeSetting("windowHeight", 600);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
-        return h.start();
-    }
-
-    static void press(PageHarness& h, const QString& button)
-    {
-        QQuickItem* item = h.item(button);
-        QVERIFY(item);
-        QVERIFY2(PageInput::click(h.window(), h.loadedPage(), item), qPrintable(button));
-    }
-
     static QQuickItem* openSettings(PageHarness& h)
     {
         press(h, "settingsButton");
@@ -55,41 +42,6 @@ private:
         if (!page || page->objectName() != QLatin1String("settingsPage"))
             return nullptr;
         return page;
-    }
-
-    // Leaves the page the way a user does, and waits until it is gone.
-    static bool leave(PageHarness& h)
-    {
-        QPointer<QQuickItem> page = h.loadedPage();
-        press(h, "baroButton");
-        for (int i = 0; i < 300 && !page.isNull(); ++i)
-            QTest::qWait(10);
-        return page.isNull();
-    }
-
-    static QObject* control(QQuickItem* page, const char* id)
-    {
-        return PageHarness::byId(page, QString::fromLatin1(id));
-    }
-
-    static QVariant prop(QQuickItem* page, const char* id, const char* property)
-    {
-        QObject* object = control(page, id);
-        return object ? object->property(property) : QVariant();
-    }
-
-    static void set(QQuickItem* page, const char* id, const char* property, const QVariant& value)
-    {
-        QObject* object = control(page, id);
-        QVERIFY2(object, id);
-        QVERIFY2(object->setProperty(property, value), id);
-    }
-
-    // What is on disk, as another reader of the file sees it.
-    static QVariant stored(PageHarness& h, const QString& key)
-    {
-        QSettings ini(h.folder().filePath(QStringLiteral("brinholt.ini")), QSettings::IniFormat);
-        return ini.value(key);
     }
 
     // The pressure-fall warning's controls live in a component of their own, so they are
@@ -105,27 +57,6 @@ private:
         QObject* object = h.find(QString::fromLatin1(name), page);
         QVERIFY2(object, name);
         QVERIFY2(object->setProperty(property, value), name);
-    }
-
-    static bool isDark(PageHarness& h)
-    {
-        return PageHarness::evaluate(h.window(), "Material.theme === Material.Dark").toBool();
-    }
-
-    static bool copyCatalogues(const QString& folder)
-    {
-        for (const char* name : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm", "qt_fr.qm", "qtbase_fr.qm"}) {
-            const QString from = QDir(BRINHOLT_BINARY_DIR).filePath(name);
-            if (!QFile::copy(from, QDir(folder).filePath(name)))
-                return false;
-        }
-        return true;
-    }
-
-    static void checkClean(PageHarness& h)
-    {
-        const QStringList unexpected = h.unexpectedMessages();
-        QVERIFY2(unexpected.isEmpty(), qPrintable(unexpected.join('\n')));
     }
 
 private slots:

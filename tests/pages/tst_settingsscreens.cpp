@@ -1,3 +1,4 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 
 #include "app/BackEnd.h"
@@ -11,6 +12,8 @@
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
 #include <QtTest/QtTest>
+
+using namespace PageDriver;
 
 namespace {
 
@@ -38,15 +41,6 @@ class TestSettingsScreens : public QObject
     Q_OBJECT
 
 private:
-    static bool copyCatalogues(const QString& folder)
-    {
-        for (const char* name : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm", "qt_fr.qm", "qtbase_fr.qm"}) {
-            if (!QFile::copy(QDir(BRINHOLT_BINARY_DIR).filePath(name), QDir(folder).filePath(name)))
-                return false;
-        }
-        return true;
-    }
-
     static QQuickItem* flickable(QQuickItem* page)
     {
         return page->property("contentItem").value<QQuickItem*>();
