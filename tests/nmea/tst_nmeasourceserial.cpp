@@ -57,7 +57,7 @@ NmeaSourceSerial* TestNmeaSourceSerial::openReadySource(SourceFixture& fixture, 
     if (!source->getSerial())
         return source;
     for (int block = 1; block <= 2; ++block) {
-        terminal.write("skipped\r\n");
+        terminal.writeBlock("skipped\r\n");
         QElapsedTimer timer;
         timer.start();
         while (source->getSkipCount() < block && timer.elapsed() < 5000)
@@ -79,16 +79,16 @@ void TestNmeaSourceSerial::firstTwoBlocksAreLostHoweverLarge()
     QByteArray large;
     while (large.size() < 3000)
         large += withSum("$WIXDR,P,1.0100,B,Barometer") + "\r\n";
-    terminal.write(large);
+    QVERIFY(terminal.writeBlock(large));
     QTRY_COMPARE(source->getSkipCount(), 1);
     QVERIFY(source->isSkipStart());
-    terminal.write(large);
+    QVERIFY(terminal.writeBlock(large));
     QTRY_COMPARE(source->getSkipCount(), 2);
     QVERIFY(!source->isSkipStart());
     QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
     QCOMPARE(fixture.item(Xdr), nullptr);
 
-    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
 }
 
@@ -107,7 +107,7 @@ void TestNmeaSourceSerial::afterAnErrorTheFirstBlockIsUsed()
     QVERIFY(terminal.reopen());
     QTRY_VERIFY_WITH_TIMEOUT(source->getSerial() != nullptr, 3000);
     QCOMPARE(source->getSkipCount(), 0);
-    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
     QCOMPARE(source->getSkipCount(), 0);
 }
@@ -119,7 +119,7 @@ void TestNmeaSourceSerial::noiseAheadOfASentenceIsStripped()
     QVERIFY(terminal.open());
     openReadySource(fixture, terminal);
     MessageLog log;
-    terminal.write("\x07\xfe" + withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock("\x07\xfe" + withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
     QCOMPARE(log.count(QStringLiteral("rejected")), 0);
 }
@@ -131,7 +131,7 @@ void TestNmeaSourceSerial::lineOfNoiseVanishesSilently()
     QVERIFY(terminal.open());
     auto* source = openReadySource(fixture, terminal);
     MessageLog log;
-    terminal.write("\x01garbage with neither start\r\n");
+    QVERIFY(terminal.writeBlock("\x01garbage with neither start\r\n"));
     QTRY_VERIFY(source->getBuffer().isEmpty());
     QTest::qWait(100);
     QVERIFY2(log.messages().isEmpty(), qPrintable(log.messages().join(QLatin1Char('|'))));
@@ -144,10 +144,10 @@ void TestNmeaSourceSerial::okSplitOverTwoBlocksCountsOnceEnded()
     QVERIFY(terminal.open());
     auto* source = openReadySource(fixture, terminal);
     QSignalSpy status(source, &NmeaSourceSerial::calibrationStatus);
-    terminal.write("$PWEGB,");
+    QVERIFY(terminal.writeBlock("$PWEGB,"));
     QTRY_COMPARE(source->getBuffer(), QByteArray("$PWEGB,"));
     QCOMPARE(status.count(), 0);
-    terminal.write("OK*6F\r\n");
+    QVERIFY(terminal.writeBlock("OK*6F\r\n"));
     QTRY_COMPARE(status.count(), 1);
     QCOMPARE(status.at(0).at(0).toBool(), true);
 }
@@ -159,11 +159,11 @@ void TestNmeaSourceSerial::okWithoutLineEndWaitsInTheBuffer()
     QVERIFY(terminal.open());
     auto* source = openReadySource(fixture, terminal);
     QSignalSpy status(source, &NmeaSourceSerial::calibrationStatus);
-    terminal.write("$PWEGB,OK");
+    QVERIFY(terminal.writeBlock("$PWEGB,OK"));
     QTRY_COMPARE(source->getBuffer(), QByteArray("$PWEGB,OK"));
     QTest::qWait(100);
     QCOMPARE(status.count(), 0);
-    terminal.write("\r\n");
+    QVERIFY(terminal.writeBlock("\r\n"));
     QTRY_COMPARE(status.count(), 1);
     QVERIFY(source->getBuffer().isEmpty());
 }
@@ -196,7 +196,7 @@ void TestNmeaSourceSerial::replies()
     QSignalSpy statusSpy(source, &NmeaSourceSerial::calibrationStatus);
     QSignalSpy valuesSpy(source, &NmeaSourceSerial::calibrationValues);
     MessageLog log;
-    terminal.write(line + "\r\n" + withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(line + "\r\n" + withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
     if (status >= 0) {
         QCOMPARE(statusSpy.count(), 1);
@@ -219,7 +219,7 @@ void TestNmeaSourceSerial::calReportGoesToBackEndWhichDropsAShortOne()
     openReadySource(fixture, terminal);
     QSignalSpy received(fixture.b.get(), &BackEnd::calibrationValuesReceived);
     QSignalSpy status(fixture.b.get(), &BackEnd::calibrationStatus);
-    terminal.write("$PWEGB,CAL,1\r\n$PWEGB,ERR*2E\r\n$PWEGB,CAL,1.25,10,1013.40,1012.15*3D\r\n");
+    QVERIFY(terminal.writeBlock("$PWEGB,CAL,1\r\n$PWEGB,ERR*2E\r\n$PWEGB,CAL,1.25,10,1013.40,1012.15*3D\r\n"));
     QTRY_COMPARE(received.count(), 1);
     QCOMPARE(received.at(0).at(0).toDouble(), 1.25);
     QCOMPARE(received.at(0).at(3).toDouble(), 1012.15);
@@ -234,7 +234,7 @@ void TestNmeaSourceSerial::aisSentenceIsRejected()
     QVERIFY(terminal.open());
     openReadySource(fixture, terminal);
     MessageLog log;
-    terminal.write("!AIVDM,1,1,,A,13aEOK?P00PD2wVMdLDRhgvL289?,0*26\r\n$PWEGB,CAL?*1A\r\n");
+    QVERIFY(terminal.writeBlock("!AIVDM,1,1,,A,13aEOK?P00PD2wVMdLDRhgvL289?,0*26\r\n$PWEGB,CAL?*1A\r\n"));
     QTRY_COMPARE(log.count(QStringLiteral("message rejected by NMEA module")), 2);
 }
 
@@ -245,7 +245,7 @@ void TestNmeaSourceSerial::unknownSentenceIsRejectedEachTime()
     QVERIFY(terminal.open());
     openReadySource(fixture, terminal);
     MessageLog log;
-    terminal.write("$GPGGA,1\r\n$GPGGA,2\r\n$IIMDA,29.92,I,1.0132,B*00\r\n");
+    QVERIFY(terminal.writeBlock("$GPGGA,1\r\n$GPGGA,2\r\n$IIMDA,29.92,I,1.0132,B*00\r\n"));
     QTRY_COMPARE(log.count(QStringLiteral("message rejected by NMEA module")), 3);
     QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
 }
@@ -339,7 +339,7 @@ void TestNmeaSourceSerial::unpluggedDeviceWithdrawsPressureAtOnceAndIsFoundAgain
     PseudoTerminal terminal(fixture.folder.filePath(QStringLiteral("skerry")));
     QVERIFY(terminal.open());
     auto* source = openReadySource(fixture, terminal);
-    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
 
     MessageLog log;
@@ -350,7 +350,7 @@ void TestNmeaSourceSerial::unpluggedDeviceWithdrawsPressureAtOnceAndIsFoundAgain
 
     QVERIFY(terminal.reopen());
     QTRY_VERIFY_WITH_TIMEOUT(source->isConnected(), 1000);
-    terminal.write(withSum("$WIXDR,P,1.0200,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(withSum("$WIXDR,P,1.0200,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1020.0);
 }
 
@@ -360,12 +360,12 @@ void TestNmeaSourceSerial::nulCutsTheRestOfTheBuffer()
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
     auto* source = openReadySource(fixture, terminal);
-    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + QByteArray("\r\n\0$WIXDR,P,1.0500,B,B\r\n", 23));
+    QVERIFY(terminal.writeBlock(withSum("$WIXDR,P,1.0132,B,Barometer") + QByteArray("\r\n\0$WIXDR,P,1.0500,B,B\r\n", 23)));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
     QTRY_VERIFY(source->getBuffer().isEmpty());
     QTest::qWait(50);
     QCOMPARE(fixture.b->getCurrentPressure(), 1013.2);
-    terminal.write(withSum("$WIXDR,P,1.0200,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(withSum("$WIXDR,P,1.0200,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1020.0);
 }
 
@@ -377,13 +377,13 @@ void TestNmeaSourceSerial::nulWithNothingAheadOfItIsDropped()
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
     auto* source = openReadySource(fixture, terminal);
-    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
-    terminal.write(QByteArray(1, '\0'));
+    QVERIFY(terminal.writeBlock(QByteArray(1, '\0')));
     QTRY_VERIFY(source->getBuffer().isEmpty());
-    terminal.write(withSum("$WIXDR,P,1.0200,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(withSum("$WIXDR,P,1.0200,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1020.0);
-    terminal.write(QByteArray(2, '\0') + withSum("$WIXDR,P,1.0300,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(QByteArray(2, '\0') + withSum("$WIXDR,P,1.0300,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1030.0);
     QVERIFY(source->getBuffer().isEmpty());
     QVERIFY(source->isConnected());
@@ -409,7 +409,7 @@ void TestNmeaSourceSerial::stopClosesThePort()
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
     auto* source = openReadySource(fixture, terminal);
-    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
     MessageLog log;
     delete source;
@@ -429,7 +429,7 @@ void TestNmeaSourceSerial::twentyMegabytesWithoutLineEndKeepMemoryFlat()
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
     auto* source = openReadySource(fixture, terminal);
-    terminal.write(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeBlock(withSum("$WIXDR,P,1.0132,B,Barometer") + "\r\n"));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
 
     MessageLog log;
@@ -453,7 +453,7 @@ void TestNmeaSourceSerial::twentyMegabytesWithoutLineEndKeepMemoryFlat()
 #endif
     QCOMPARE(log.count(QStringLiteral("unfinished line too long, oldest bytes dropped, source 1")), 1);
 
-    terminal.write("\r\n" + withSum("$WIXDR,P,1.0050,B,Barometer") + "\r\n");
+    QVERIFY(terminal.writeAll("\r\n" + withSum("$WIXDR,P,1.0050,B,Barometer") + "\r\n", 5000));
     QTRY_COMPARE(fixture.b->getCurrentPressure(), 1005.0);
     QVERIFY(source->getBuffer().isEmpty());
 }

@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -19,6 +20,13 @@ void makeRaw(int fd)
         cfmakeraw(&settings);
         tcsetattr(fd, TCSANOW, &settings);
     }
+}
+
+// How many bytes wait in the terminal for its reader; -1 if that cannot be told.
+int queued(int fd)
+{
+    int count = 0;
+    return fd >= 0 && ioctl(fd, FIONREAD, &count) == 0 ? count : -1;
 }
 
 } // namespace
@@ -67,6 +75,23 @@ bool PseudoTerminal::write(const QByteArray& bytes)
     if (master < 0)
         return false;
     return ::write(master, bytes.constData(), static_cast<size_t>(bytes.size())) == bytes.size();
+}
+
+bool PseudoTerminal::writeBlock(const QByteArray& bytes, int timeoutMs)
+{
+    // The kernel hands a write on to the reader's side in pieces; on a busy machine a
+    // reader woken early would see one write as several blocks.
+    const int before = queued(hold);
+    if (before < 0 || !write(bytes))
+        return false;
+    QElapsedTimer timer;
+    timer.start();
+    while (queued(hold) < before + bytes.size()) {
+        if (timer.elapsed() > timeoutMs)
+            return false;
+        QThread::usleep(200);
+    }
+    return true;
 }
 
 bool PseudoTerminal::writeAll(const QByteArray& bytes, int timeoutMs)

@@ -23,6 +23,11 @@ public:
 
     // Writes as one block. False if the device's side is closed or the write failed.
     bool write(const QByteArray& bytes);
+    // Writes, then waits without running the event loop until all of it lies in the
+    // terminal's input for the other side. A reader on this thread then takes it as one
+    // block, however loaded the machine; a reader on another thread may take it first,
+    // and then this waits in vain. False if the write failed or the time ran out.
+    bool writeBlock(const QByteArray& bytes, int timeoutMs = 5000);
     // Writes all of it, running the event loop while the line is full, as a fast device
     // does against a slow reader. False if the time ran out first.
     bool writeAll(const QByteArray& bytes, int timeoutMs);
