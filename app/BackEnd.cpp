@@ -733,13 +733,27 @@ QString BackEnd::serialPortEntry(const QString& portName, const QString& descrip
     return portName + QLatin1Char(' ') + description;
 }
 
-QStringList BackEnd::getSerialPorts()
+BackEnd::PortList BackEnd::systemPorts()
 {
-    QStringList ports;
+    PortList ports;
     const auto available = QSerialPortInfo::availablePorts();
     for (const QSerialPortInfo& info : available)
-        ports.append(serialPortEntry(info.portName(), info.description()));
+        ports.append({info.portName(), info.description()});
     return ports;
+}
+
+void BackEnd::setPortLister(std::function<PortList()> lister)
+{
+    portLister = std::move(lister);
+}
+
+QStringList BackEnd::getSerialPorts()
+{
+    QStringList entries;
+    const PortList ports = portLister();
+    for (const auto& [name, description] : ports)
+        entries.append(serialPortEntry(name, description));
+    return entries;
 }
 
 qlonglong BackEnd::getCurrentTime()

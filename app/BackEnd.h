@@ -20,6 +20,7 @@
 #include <QtSensors/QPressureSensor>
 
 #include <atomic>
+#include <functional>
 #include <utility>
 
 class QGeoPositionInfoSource;
@@ -136,6 +137,13 @@ public:
     // One entry of the port list: the name, a blank and the description, which may be empty.
     static QString serialPortEntry(const QString& portName, const QString& description);
 
+    // The serial ports as name and description, in the order the system gives them.
+    using PortList = QList<std::pair<QString, QString>>;
+    static PortList systemPorts();
+    // Puts another list in place of the system's, for tests: the system lists no
+    // pseudo-terminal, and a machine may have no port at all.
+    void setPortLister(std::function<PortList()> lister);
+
 private:
     // One source's position, course and speed. The receiver's thread writes them while the
     // tick reads them; `fixLock` keeps the four consistent without making the tick wait.
@@ -161,6 +169,7 @@ private:
     // The UDP step of the internal position paths.
     void sendInternalPosition();
 
+    std::function<PortList()> portLister = &BackEnd::systemPorts;
     QTimer timerData;
     QTimer timerSensor;
     QTimer timerOperation;

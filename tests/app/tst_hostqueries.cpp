@@ -132,6 +132,23 @@ private slots:
             QVERIFY2(entry.contains(' '), qPrintable(entry));
     }
 
+    // The list a test controls shows what the system's does on any machine, with or
+    // without ports: every port, in order, each as its name, a blank and its description.
+    void portListIsEveryListedPortInOrder()
+    {
+        LogFixture f;
+        f.backEnd().setPortLister([] {
+            return BackEnd::PortList{{QStringLiteral("ttyUSB7"), QStringLiteral("Simulated Skerry")},
+                                     {QStringLiteral("ttyACM0"), QString()},
+                                     {QStringLiteral("ttyS0"), QStringLiteral("16550A")}};
+        });
+        const QStringList expected = {QStringLiteral("ttyUSB7 Simulated Skerry"), QStringLiteral("ttyACM0 "),
+                                      QStringLiteral("ttyS0 16550A")};
+        QCOMPARE(f.backEnd().getSerialPorts(), expected);
+        f.backEnd().setPortLister([] { return BackEnd::PortList(); });
+        QCOMPARE(f.backEnd().getSerialPorts(), QStringList());
+    }
+
     void fixedDesktopAnswers()
     {
         LogFixture f;
