@@ -92,6 +92,10 @@ void DeviceSimulator::closeTerminal()
 void DeviceSimulator::vanish()
 {
     closeTerminal();
+    // As a device's name goes when it is unplugged. Left behind, the link would lead to the
+    // next terminal that any process opens under the same number.
+    if (!options.linkPath.isEmpty())
+        QFile::remove(options.linkPath);
 }
 
 bool DeviceSimulator::comeBack()

@@ -30,8 +30,8 @@ public:
         quint32 seed = 1;
         double basePressure = 1013.25;
         int replyDelayMs = 50;
-        // A symbolic link kept pointing at the current terminal, so that the path stays
-        // the same when the device vanishes and comes back.
+        // A symbolic link to the current terminal, gone while the device is away, so that
+        // the path is the same when it comes back.
         QString linkPath;
         bool silent = false;
         bool answerErr = false;

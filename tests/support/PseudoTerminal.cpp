@@ -139,6 +139,10 @@ QByteArray PseudoTerminal::readUntil(const QByteArray& marker, int timeoutMs)
 
 void PseudoTerminal::close()
 {
+    // An unplugged device's name goes with it. Left behind, the link would lead to the
+    // next terminal that any process opens under the same number.
+    if (!link.isEmpty())
+        QFile::remove(link);
     if (hold >= 0)
         ::close(hold);
     hold = -1;

@@ -5,8 +5,8 @@
 
 // A pseudo-terminal pair for tests of the serial line. The test holds the device's side
 // (the master) and writes what a device would send; the code under test opens path() as
-// its serial port. With a link path the port name survives close() and reopen(), as a
-// device that is unplugged and plugged in again keeps its name.
+// its serial port. With a link path the port name comes back with reopen(), as a device
+// that is unplugged and plugged in again keeps its name; in between, there is no such port.
 class PseudoTerminal
 {
 public:
