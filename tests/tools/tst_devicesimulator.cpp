@@ -1,8 +1,10 @@
 #include "tools/DeviceSimulator.h"
 
+#include <QtCore/QFileInfo>
+#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
-// The simulator's weather scenarios.
+// The simulator's weather scenarios, and its name while it is away.
 class TestDeviceSimulator : public QObject
 {
     Q_OBJECT
@@ -46,6 +48,26 @@ private slots:
         QCOMPARE(scenario, DeviceSimulator::Scenario::Steady);
         QVERIFY(!DeviceSimulator::scenarioFromName("hurricane", &scenario));
         QCOMPARE(scenario, DeviceSimulator::Scenario::Steady);
+    }
+
+    // An unplugged device has no name. A link left behind would lead to whatever terminal
+    // the system hands out next under the same number.
+    void vanishedDeviceLeavesNoName()
+    {
+        QTemporaryDir folder;
+        QVERIFY(folder.isValid());
+        DeviceSimulator::Options options;
+        options.linkPath = folder.filePath(QStringLiteral("skerry"));
+        DeviceSimulator device(options);
+        QVERIFY(device.open());
+        QCOMPARE(QFileInfo(options.linkPath).symLinkTarget(), device.terminalPath());
+
+        device.vanish();
+        QVERIFY(!QFileInfo(options.linkPath).isSymLink());
+
+        QVERIFY(device.comeBack());
+        QCOMPARE(device.devicePath(), options.linkPath);
+        QCOMPARE(QFileInfo(options.linkPath).symLinkTarget(), device.terminalPath());
     }
 };
 
