@@ -272,39 +272,6 @@ private slots:
         checkClean(h);
     }
 
-    void everyPageTextIsInBothCatalogues_data()
-    {
-        QTest::addColumn<QString>("catalogue");
-        QTest::addColumn<QString>("context");
-        QTest::addColumn<QString>("source");
-        const QRegularExpression qsTr(QStringLiteral("qsTr\\(\"([^\"]*)\"\\)"));
-        for (const char* page : {"main", "BaroSwipe", "FilesSwipe", "BaroH", "BaroV", "M_ToolButton", "FileData", "FileDetails",
-                                 "Help_textview"}) {
-            QFile file(QStringLiteral(BRINHOLT_SOURCE_DIR "/pages/%1.qml").arg(page));
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QString text = QString::fromUtf8(file.readAll());
-            auto matches = qsTr.globalMatch(text);
-            while (matches.hasNext()) {
-                const QString source = matches.next().captured(1);
-                for (const char* catalogue : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm"})
-                    QTest::addRow("%s %s: %s", catalogue, page, qPrintable(source)) << catalogue << page << source;
-            }
-        }
-    }
-
-    void everyPageTextIsInBothCatalogues()
-    {
-        QFETCH(QString, catalogue);
-        QFETCH(QString, context);
-        QFETCH(QString, source);
-        QTranslator translator;
-        QVERIFY(translator.load(QDir(BRINHOLT_BINARY_DIR).filePath(catalogue)));
-        const QString translated = translator.translate(context.toUtf8().constData(), source.toUtf8().constData());
-        QVERIFY2(!translated.isEmpty(), "no translation");
-        if (catalogue.contains("en_US"))
-            QCOMPARE(translated, source);
-    }
-
     void applicationStateReachesTheBackEnd()
     {
         PageHarness h;

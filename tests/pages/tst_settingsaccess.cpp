@@ -104,11 +104,7 @@ class TestSettingsAccess : public QObject
 private:
     static bool startMain(PageHarness& h, const QString& language = QStringLiteral("en"))
     {
-        h.writeSetting("windowWidth", 1000);
-        h.writeSetting("windowHeight", 800);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
-        return h.start(true, language);
+        return PageDriver::startMain(h, QSize(1000, 800), language);
     }
 
     static QAccessibleInterface* findControl(PageHarness& h, const QString& name, QAccessible::Role role)
@@ -265,56 +261,6 @@ private slots:
         QCOMPARE(colour, theme == 1 ? QColor("yellow").name() : QColor("blue").name());
         h.find("loader")->setProperty("source", QUrl("qrc:/BaroSwipe"));
         checkClean(h);
-    }
-
-    void catalogueEntries_data()
-    {
-        QTest::addColumn<QString>("catalogue");
-        QTest::addColumn<QString>("context");
-        QTest::addColumn<QString>("source");
-        // qsTr("text") in the page's own context, or qsTranslate("context", "text").
-        const QRegularExpression qsTr(
-                QStringLiteral("qs(?:Tr|Translate)\\((?:\"(\\w+)\", )?\"((?:[^\"\\\\]|\\\\.)*)\"\\)"));
-        for (const char* page : {"main", "settings", "settingsConnections", "quillmereCalibration", "DoubleSpinBox",
-                                 "SettingsText", "CustomGroupBox"}) {
-            QFile file(QStringLiteral(BRINHOLT_SOURCE_DIR "/pages/%1.qml").arg(page));
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QString text = QString::fromUtf8(file.readAll());
-            auto matches = qsTr.globalMatch(text);
-            while (matches.hasNext()) {
-                const QRegularExpressionMatch match = matches.next();
-                const QString context = match.captured(1).isEmpty() ? QString::fromLatin1(page) : match.captured(1);
-                QString source = match.captured(2);
-                source.replace(QStringLiteral("\\n"), QStringLiteral("\n")).replace(QStringLiteral("\\\""), QStringLiteral("\""));
-                for (const char* catalogue : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm"})
-                    QTest::addRow("%s %s: %s", catalogue, page, qPrintable(source)) << catalogue << context << source;
-            }
-        }
-    }
-
-    void catalogueEntries()
-    {
-        QFETCH(QString, catalogue);
-        QFETCH(QString, context);
-        QFETCH(QString, source);
-        QTranslator translator;
-        QVERIFY(translator.load(QDir(BRINHOLT_BINARY_DIR).filePath(catalogue)));
-        const QString translated = translator.translate(context.toUtf8().constData(), source.toUtf8().constData());
-        QVERIFY2(!translated.isEmpty(), "no translation");
-        if (catalogue.contains("en_US"))
-            QCOMPARE(translated, source);
-    }
-
-    void cataloguesHaveNoUnfinishedEntry()
-    {
-        for (const char* ts : {"Brinholt_en_US.ts", "Brinholt_fr_FR.ts"}) {
-            QFile file(QStringLiteral(BRINHOLT_SOURCE_DIR "/translations/%1").arg(ts));
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QByteArray text = file.readAll();
-            QVERIFY2(!text.contains("type=\"unfinished\""), ts);
-            QVERIFY2(!text.contains("type=\"vanished\""), ts);
-            QVERIFY2(!text.contains("<translation></translation>"), ts);
-        }
     }
 };
 

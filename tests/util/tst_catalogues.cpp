@@ -1,9 +1,12 @@
+#include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTranslator>
 #include <QtTest/QtTest>
 
 // The catalogues as built beside the executable: the degree sign and the units must be in
-// them, or the program shows the bare words.
+// them, or the program shows the bare words; and so must every text of every page and of
+// every component a page is built from.
 class TestCatalogues : public QObject
 {
     Q_OBJECT
@@ -11,6 +14,9 @@ class TestCatalogues : public QObject
 private slots:
     void translation_data();
     void translation();
+    void everyPageTextIsInBothCatalogues_data();
+    void everyPageTextIsInBothCatalogues();
+    void cataloguesHaveNoUnfinishedEntry();
 };
 
 void TestCatalogues::translation_data()
@@ -63,6 +69,60 @@ void TestCatalogues::translation()
     QTranslator translator;
     QVERIFY(translator.load(path));
     QCOMPARE(translator.translate(context.toUtf8().constData(), source.toUtf8().constData()), expected);
+}
+
+void TestCatalogues::everyPageTextIsInBothCatalogues_data()
+{
+    QTest::addColumn<QString>("catalogue");
+    QTest::addColumn<QString>("context");
+    QTest::addColumn<QString>("source");
+    // qsTr("text") in the file's own context, or qsTranslate("context", "text").
+    const QRegularExpression text(QStringLiteral("qs(?:Tr|Translate)\\((?:\"(\\w+)\", )?\"((?:[^\"\\\\]|\\\\.)*)\"\\)"));
+    const QDir pages(QStringLiteral(BRINHOLT_SOURCE_DIR "/pages"));
+    const QStringList files = pages.entryList({QStringLiteral("*.qml")}, QDir::Files, QDir::Name);
+    QVERIFY(files.size() > 20);
+    int found = 0;
+    for (const QString& name : files) {
+        QFile file(pages.filePath(name));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString page = name.chopped(4);
+        auto matches = text.globalMatch(QString::fromUtf8(file.readAll()));
+        while (matches.hasNext()) {
+            const QRegularExpressionMatch match = matches.next();
+            const QString context = match.captured(1).isEmpty() ? page : match.captured(1);
+            QString source = match.captured(2);
+            source.replace(QStringLiteral("\\n"), QStringLiteral("\n")).replace(QStringLiteral("\\\""), QStringLiteral("\""));
+            for (const char* catalogue : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm"})
+                QTest::addRow("%s %s: %s", catalogue, qPrintable(page), qPrintable(source)) << catalogue << context << source;
+            ++found;
+        }
+    }
+    QVERIFY(found > 100);
+}
+
+void TestCatalogues::everyPageTextIsInBothCatalogues()
+{
+    QFETCH(QString, catalogue);
+    QFETCH(QString, context);
+    QFETCH(QString, source);
+    QTranslator translator;
+    QVERIFY(translator.load(QDir(QStringLiteral(BRINHOLT_BINARY_DIR)).filePath(catalogue)));
+    const QString translated = translator.translate(context.toUtf8().constData(), source.toUtf8().constData());
+    QVERIFY2(!translated.isEmpty(), "no translation");
+    if (catalogue.contains(QLatin1String("en_US")))
+        QCOMPARE(translated, source);
+}
+
+void TestCatalogues::cataloguesHaveNoUnfinishedEntry()
+{
+    for (const char* ts : {"Brinholt_en_US.ts", "Brinholt_fr_FR.ts"}) {
+        QFile file(QStringLiteral(BRINHOLT_SOURCE_DIR "/translations/%1").arg(QLatin1String(ts)));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        QVERIFY2(!text.contains("type=\"unfinished\""), ts);
+        QVERIFY2(!text.contains("type=\"vanished\""), ts);
+        QVERIFY2(!text.contains("<translation></translation>"), ts);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestCatalogues)
