@@ -1,11 +1,8 @@
 #include "tests/support/MountNamespace.h"
+#include "tests/support/NamespaceChild.h"
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>
-#include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
-
-#include <unistd.h>
 
 namespace {
 
@@ -40,40 +37,11 @@ bool MountNamespace::run(const QString& testFunction, int sizeKb, QString* repor
     }
     // unshare makes the new namespace's mounts private, so the tmpfs is seen by the child
     // alone and goes with it.
-    const QString script = QStringLiteral(
-            "mount -t tmpfs -o size=%1k,mode=0755 brinholt-test \"$BRINHOLT_PRIVATE_TMPFS\""
-            " || { echo 'private tmpfs setup failed'; exit 97; }; exec \"$0\" \"$1\"")
-                                   .arg(sizeKb);
-    QProcess child;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QString::fromLatin1(FolderVariable), mountPoint.path());
-    environment.insert(QString::fromLatin1(ParentVariable), ownMountNamespace());
-    child.setProcessEnvironment(environment);
-    child.setProcessChannelMode(QProcess::MergedChannels);
-    // Without root a user namespace comes first, so that the mount one may be made.
-    const QString unshareFlags = geteuid() == 0 ? QStringLiteral("-m") : QStringLiteral("-rm");
-    child.start(QStringLiteral("unshare"), {unshareFlags, QStringLiteral("sh"), QStringLiteral("-c"), script,
-                                            QCoreApplication::applicationFilePath(), testFunction});
-    if (!child.waitForStarted(10000)) {
-        *report = QStringLiteral("could not make a private mount namespace: unshare did not start (%1)")
-                          .arg(child.errorString());
-        return false;
-    }
-    if (!child.waitForFinished(timeoutMs)) {
-        child.kill();
-        child.waitForFinished(5000);
-        *report = QStringLiteral("the test on the private tmpfs did not end within %1 ms:\n%2")
-                          .arg(timeoutMs)
-                          .arg(QString::fromLocal8Bit(child.readAll()));
-        return false;
-    }
-    const QString output = QString::fromLocal8Bit(child.readAll());
-    if (child.exitStatus() != QProcess::NormalExit || child.exitCode() == 97
-        || output.contains(QLatin1String("unshare:"))) {
-        *report = QStringLiteral("could not make a private mount namespace:\n%1").arg(output);
-        return false;
-    }
-    *report = output;
-    return child.exitCode() == 0 && output.contains(QLatin1String("PASS   : "))
-            && output.contains(QLatin1String(" 0 failed, 0 skipped"));
+    const QString setup = QStringLiteral("mount -t tmpfs -o size=%1k,mode=0755 brinholt-test \"$BRINHOLT_PRIVATE_TMPFS\""
+                                         " || { echo 'private tmpfs setup failed'; false; }")
+                                  .arg(sizeKb);
+    const QStringList environment = {QLatin1String(FolderVariable) + QLatin1Char('=') + mountPoint.path(),
+                                     QLatin1String(ParentVariable) + QLatin1Char('=') + ownMountNamespace()};
+    return NamespaceChild::run('m', QStringLiteral("mount namespace"), setup, environment, testFunction, timeoutMs,
+                               report);
 }

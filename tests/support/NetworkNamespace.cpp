@@ -1,14 +1,11 @@
 #include "tests/support/NetworkNamespace.h"
+#include "tests/support/NamespaceChild.h"
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QProcess>
 #include <QtCore/QThread>
 #include <QtNetwork/QNetworkInterface>
-
-#include <unistd.h>
 
 namespace {
 
@@ -81,40 +78,9 @@ bool NetworkNamespace::run(const QString& testFunction, QString* report, const Q
     QString script = setup;
     if (!extraSetup.isEmpty())
         script += QStringLiteral(" && ") + extraSetup;
-    script += QStringLiteral(" || { echo 'private network setup failed'; exit 97; }; exec \"$0\" \"$1\"");
-
-    QProcess child;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QString::fromLatin1(InsideVariable), QStringLiteral("1"));
-    environment.insert(QString::fromLatin1(ParentVariable), ownNetworkNamespace());
-    child.setProcessEnvironment(environment);
-    child.setProcessChannelMode(QProcess::MergedChannels);
-    // Without root a user namespace comes first, so that the network one may be made.
-    const QString unshareFlags = geteuid() == 0 ? QStringLiteral("-n") : QStringLiteral("-rn");
-    child.start(QStringLiteral("unshare"),
-                {unshareFlags, QStringLiteral("sh"), QStringLiteral("-c"), script,
-                 QCoreApplication::applicationFilePath(), testFunction});
-    if (!child.waitForStarted(10000)) {
-        *report = QStringLiteral("could not make a private network namespace: unshare did not start (%1)")
-                          .arg(child.errorString());
-        return false;
-    }
-    if (!child.waitForFinished(timeoutMs)) {
-        child.kill();
-        child.waitForFinished(5000);
-        *report = QStringLiteral("the test in the private network namespace did not end within %1 ms:\n%2")
-                          .arg(timeoutMs)
-                          .arg(QString::fromLocal8Bit(child.readAll()));
-        return false;
-    }
-    const QString output = QString::fromLocal8Bit(child.readAll());
-    if (child.exitStatus() != QProcess::NormalExit || child.exitCode() == 97
-        || output.contains(QLatin1String("unshare:"))) {
-        *report = QStringLiteral("could not make a private network namespace:\n%1").arg(output);
-        return false;
-    }
-    *report = output;
-    // One function ran, it passed, and nothing was skipped.
-    return child.exitCode() == 0 && output.contains(QLatin1String("PASS   : "))
-            && output.contains(QLatin1String(" 0 failed, 0 skipped"));
+    script += QStringLiteral(" || { echo 'private network setup failed'; false; }");
+    const QStringList environment = {QLatin1String(InsideVariable) + QStringLiteral("=1"),
+                                     QLatin1String(ParentVariable) + QLatin1Char('=') + ownNetworkNamespace()};
+    return NamespaceChild::run('n', QStringLiteral("network namespace"), script, environment, testFunction, timeoutMs,
+                               report);
 }
