@@ -1,3 +1,4 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 
 #include "app/TranslationHandler.h"
@@ -40,12 +41,8 @@ class TestAccessiblePages : public QObject
 private:
     static bool startMain(PageHarness& h, const QString& language = QStringLiteral("en"))
     {
-        h.writeSetting("windowWidth", 800);
-        h.writeSetting("windowHeight", 600);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
         h.writeSetting("language", language == "fr" ? 1 : 0);
-        return h.start(true, language);
+        return PageDriver::startMain(h, QSize(800, 600), language);
     }
 
     static QList<QAccessibleInterface*> everything(PageHarness& h)

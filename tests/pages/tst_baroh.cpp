@@ -53,11 +53,7 @@ private:
     // The graph page in a landscape window at the screen's corner.
     static bool startGraph(PageHarness& h, int width = 800, int height = 600)
     {
-        h.writeSetting("windowWidth", width);
-        h.writeSetting("windowHeight", height);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
-        if (!h.start())
+        if (!PageDriver::startMain(h, QSize(width, height)))
             return false;
         return h.item("baroH") && h.chart();
     }

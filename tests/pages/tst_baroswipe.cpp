@@ -15,12 +15,8 @@ class TestBaroSwipe : public QObject
 private:
     static bool startSwipe(PageHarness& h, int splitScreen)
     {
-        h.writeSetting("windowWidth", 800);
-        h.writeSetting("windowHeight", 600);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
         h.writeSetting("splitScreen", splitScreen);
-        return h.start() && h.find("view") && h.item("indicator");
+        return PageDriver::startMain(h, QSize(800, 600)) && h.find("view") && h.item("indicator");
     }
 
     // A finger's drag across the middle of the page, where no control takes the press.

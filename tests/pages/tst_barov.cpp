@@ -26,12 +26,8 @@ private:
     // The large display on show, as the split screen setting allows it.
     static bool startLarge(PageHarness& h, int width = 800, int height = 600)
     {
-        h.writeSetting("windowWidth", width);
-        h.writeSetting("windowHeight", height);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
         h.writeSetting("splitScreen", 1);
-        if (!h.start() || !h.item("baroV"))
+        if (!PageDriver::startMain(h, QSize(width, height)) || !h.item("baroV"))
             return false;
         h.find("view")->setProperty("currentIndex", 1);
         return QTest::qWaitFor([&h] { return std::abs(h.item("baroV")->mapToScene(QPointF(0, 0)).x()) < 0.5; });

@@ -24,11 +24,7 @@ class TestCalibrationPage : public QObject
 private:
     static bool startMain(PageHarness& h)
     {
-        h.writeSetting("windowWidth", 900);
-        h.writeSetting("windowHeight", 700);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
-        return h.start();
+        return PageDriver::startMain(h, QSize(900, 700));
     }
 
     // The device on its terminal, chosen on the connections page as a user would have.

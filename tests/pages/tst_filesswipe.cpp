@@ -40,11 +40,7 @@ class TestFilesSwipe : public QObject
 private:
     static QQuickItem* startFiles(PageHarness& h)
     {
-        h.writeSetting("windowWidth", 800);
-        h.writeSetting("windowHeight", 600);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
-        if (!h.start())
+        if (!PageDriver::startMain(h, QSize(800, 600)))
             return nullptr;
         QQuickItem* button = h.item("dataButton");
         QTest::mouseClick(h.window(), Qt::LeftButton, Qt::NoModifier,

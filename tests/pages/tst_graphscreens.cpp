@@ -1,3 +1,4 @@
+#include "Pixels.h"
 #include "tests/support/AppProcess.h"
 #include "tests/support/TestDataFolder.h"
 
@@ -69,20 +70,6 @@ bool prepareLog(const QString& path, qint64 now)
     }
     QSqlDatabase::removeDatabase("SCREENS");
     return ok;
-}
-
-int pixelsNear(const QImage& image, const QColor& colour, int tolerance)
-{
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor c = image.pixelColor(x, y);
-            if (std::abs(c.red() - colour.red()) <= tolerance && std::abs(c.green() - colour.green()) <= tolerance
-                && std::abs(c.blue() - colour.blue()) <= tolerance)
-                ++n;
-        }
-    }
-    return n;
 }
 
 } // namespace
@@ -183,7 +170,7 @@ private slots:
         const int banner = WindowWidth * 218 / 1800;
         QCOMPARE(shot.pixelColor(3, banner + 4), background);
         QVERIFY(shot.pixelColor(3, 3).blue() > shot.pixelColor(3, 3).red());
-        const int red = pixelsNear(shot, QColor("#E63219"), 40);
+        const int red = Pixels::near(shot, QColor("#E63219"), 40);
         QVERIFY2(red > 2000, qPrintable(QString::number(red)));
     }
 };

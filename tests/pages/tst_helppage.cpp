@@ -22,13 +22,9 @@ class TestHelpPage : public QObject
 private:
     static bool startHelp(PageHarness& h, const QString& language = QStringLiteral("en"), int theme = 0)
     {
-        h.writeSetting("windowWidth", 800);
-        h.writeSetting("windowHeight", 600);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
         h.writeSetting("theme", theme);
         h.writeSetting("language", language == "fr" ? 1 : 0);
-        if (!h.start(true, language))
+        if (!PageDriver::startMain(h, QSize(800, 600), language))
             return false;
         click(h, h.item("helpButton"));
         return h.item("webview", h.loadedPage()) != nullptr;

@@ -1,3 +1,4 @@
+#include "PageDriver.h"
 #include "PageHarness.h"
 
 #include "app/BackEnd.h"
@@ -52,12 +53,8 @@ private:
 
     static bool startFiles(PageHarness& h, int theme = 0)
     {
-        h.writeSetting("windowWidth", 800);
-        h.writeSetting("windowHeight", 600);
-        h.writeSetting("windowX", 0);
-        h.writeSetting("windowY", 0);
         h.writeSetting("theme", theme);
-        if (!h.start())
+        if (!PageDriver::startMain(h, QSize(800, 600)))
             return false;
         click(h, h.item("dataButton"));
         return h.loadedPage() && h.find("fileData", h.loadedPage());

@@ -1,5 +1,6 @@
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "Pixels.h"
 
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
@@ -33,20 +34,6 @@ constexpr int Height = 633;
 double weather(qint64 age)
 {
     return 1009.4 + age * (4.0 / 86400.0) + 0.4 * std::sin(age / 2700.0);
-}
-
-int pixelsNear(const QImage& image, const QColor& colour, int tolerance)
-{
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor c = image.pixelColor(x, y);
-            if (std::abs(c.red() - colour.red()) <= tolerance && std::abs(c.green() - colour.green()) <= tolerance
-                && std::abs(c.blue() - colour.blue()) <= tolerance)
-                ++n;
-        }
-    }
-    return n;
 }
 
 } // namespace
@@ -184,9 +171,9 @@ private slots:
         const QImage rows = shoot(h, "log-rows-" + suffix + ".png", light ? "log-rows.png" : QString());
         QVERIFY(!rows.isNull());
         // The short name of the table in the theme's colour.
-        QVERIFY2(pixelsNear(rows, accent, 60) > 30, qPrintable(QString::number(pixelsNear(rows, accent, 60))));
+        QVERIFY2(Pixels::near(rows, accent, 60) > 30, qPrintable(QString::number(Pixels::near(rows, accent, 60))));
         // The highlight of the chosen row.
-        QVERIFY(pixelsNear(rows, QColor("lightsteelblue"), 8) > 2000);
+        QVERIFY(Pixels::near(rows, QColor("lightsteelblue"), 8) > 2000);
 
         click(h, h.item("helpButton"));
         const QImage help = shoot(h, "help-" + suffix + ".png");
