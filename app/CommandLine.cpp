@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
 
 #include "app/BackEnd.h"
@@ -47,6 +48,15 @@ QString version()
     return text;
 }
 
+// As GNU programs print it: the terms in one line, and that there is no warranty.
+QString licence()
+{
+    return QStringLiteral("Copyright (C) 2026 Quillmere\n"
+                          "License GPLv3+: GNU GPL version 3 or later <https://gnu.org/licenses/gpl.html>.\n"
+                          "This is free software: you are free to change and redistribute it.\n"
+                          "There is NO WARRANTY, to the extent permitted by law.");
+}
+
 // Only our own lines reach the terminal: the instrument's diagnostics are for its log.
 void quiet(QtMsgType, const QMessageLogContext&, const QString&) {}
 }
@@ -81,7 +91,7 @@ std::optional<int> CommandLine::handle(const QStringList& arguments, const QStri
         return Ok;
     }
     if (first == QStringLiteral("--version")) {
-        QTextStream(stdout) << QStringLiteral("Brinholt ") << version() << '\n';
+        QTextStream(stdout) << QStringLiteral("Brinholt ") << version() << '\n' << licence() << '\n';
         return Ok;
     }
     if (first != QStringLiteral("--export"))

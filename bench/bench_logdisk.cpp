@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the log costs the disk: bytes handed to the kernel, bytes the kernel counts as
 // dirtied for the storage, write calls and sync calls, per simulated day of ticks. Two
 // settings of the same file are compared: the rollback journal with full syncs that the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Opening the rows of a full table on the log page: the log's text of every row, the page's
 // model filled from it, and the first frame of the list, as a click on the table list does.
 

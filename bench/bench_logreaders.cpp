@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The log's readers on a log of 16 days, every table as full as retention lets it be:
 // the chart feed that runs at each sample, the cursor, the list of a table and both exports.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Sentences per second through the codec (checkMessage, then decode into BackEnd) and
 // through the line splitting that the transports share.
 #include "app/BackEnd.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The sampling tick's own cost: one firing that writes every table (tick 768), one that
 // writes the 2-second table alone, a whole tick with its four display strings, and the
 // readings store that the receiver's thread writes while the tick reads it.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Fails when a source of util/ includes a header of app/, log/ or nmea/.
 file(GLOB sources ${SOURCE_DIR}/util/*.h ${SOURCE_DIR}/util/*.cpp)
 set(offences "")

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The build keeps the floor a floor: util may include and use nothing of app, log or nmea.
 
 # Every build scans util's sources for an include from a folder above it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 // The implemented sentences. The value is also the index into Nmea0183's list of

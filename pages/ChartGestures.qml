@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
 
 // The chart's pointer: hover and press move the cursor, the wheel and a pinch zoom, a drag

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Renders one of the project's SVG drawings to a PNG of a given size, optionally with one
 // colour swapped for another, so that the blue and yellow sets of icons come from one
 // drawing. Used by the build to make the images the pages name.

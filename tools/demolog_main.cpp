@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // brinholt-demolog: a fresh data folder with sixteen days of made-up history in its log,
 // and settings that read the device simulator.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // brinholt-devicesim: a stand-in for the USB pressure device on a pseudo-terminal.
 //
 // Prints the path to give the application as its serial port, then runs until stdin

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "util/SanitizerSync.h"
 
 #if defined(__SANITIZE_THREAD__)

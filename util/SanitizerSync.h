@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 // Qt is not built with ThreadSanitizer, so the hand-offs it makes between threads (a queued

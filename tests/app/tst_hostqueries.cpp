@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BackEnd.h"
 #include "tests/support/HostTheme.h"
 #include "tests/support/LogFixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Composition.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/ScreenSize.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BackEnd.h"
 #include "nmea/NmeaSenderUdp.h"
 #include "tests/support/BackEndFixture.h"

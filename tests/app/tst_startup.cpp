@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Startup.h"
 #include "tests/support/TestDataFolder.h"
 #include "util/Util.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include <QtCore/QDir>
 #include <QtCore/QDirIterator>
 #include <QtCore/QElapsedTimer>
@@ -133,6 +134,43 @@ private slots:
         QVERIFY2(check.code == 0, qPrintable(check.output));
         QVERIFY2(!check.output.contains(QRegularExpression("^[EWI]: ", QRegularExpression::MultilineOption)),
                  qPrintable(check.output));
+    }
+
+    // Free software under the GPL, version 3 or later, said the same way everywhere.
+    void licenceIsTheGplEverywhere()
+    {
+        QFile copyright(QDir(root).filePath("usr/share/doc/brinholt/copyright"));
+        QVERIFY(copyright.open(QIODevice::ReadOnly));
+        const QString terms = QString::fromUtf8(copyright.readAll());
+        QVERIFY(terms.startsWith("Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/\n"));
+        QVERIFY2(terms.contains("\nFiles: *\nCopyright: 2026 Quillmere\nLicense: GPL-3.0-or-later\n"), qPrintable(terms));
+        QVERIFY(terms.contains("\nLicense: GPL-3.0-or-later\n This program is free software"));
+
+        QFile metainfo(QDir(root).filePath("usr/share/metainfo/com.quillmere.brinholt.metainfo.xml"));
+        QVERIFY(metainfo.open(QIODevice::ReadOnly));
+        QVERIFY(metainfo.readAll().contains("<project_license>GPL-3.0-or-later</project_license>"));
+
+        QFile licence(BRINHOLT_SOURCE_DIR "/LICENSE");
+        QFile common("/usr/share/common-licenses/GPL-3");
+        QVERIFY(licence.open(QIODevice::ReadOnly));
+        QVERIFY(common.open(QIODevice::ReadOnly));
+        QCOMPARE(licence.readAll(), common.readAll());
+
+        QStringList unmarked;
+        int sources = 0;
+        for (const char* folder : {"app", "log", "nmea", "util", "pages", "tools", "tests", "bench"}) {
+            QDirIterator it(QStringLiteral(BRINHOLT_SOURCE_DIR "/") + folder, {"*.cpp", "*.h", "*.qml"}, QDir::Files,
+                            QDirIterator::Subdirectories);
+            while (it.hasNext()) {
+                QFile file(it.next());
+                QVERIFY(file.open(QIODevice::ReadOnly));
+                ++sources;
+                if (!file.read(200).contains("SPDX-License-Identifier: GPL-3.0-or-later"))
+                    unmarked << file.fileName();
+            }
+        }
+        QVERIFY(sources > 100);
+        QVERIFY2(unmarked.isEmpty(), qPrintable(unmarked.join('\n')));
     }
 
     void lintianFindsNoError()

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/AppProcess.h"
 
 #include <QtCore/QDir>
@@ -65,6 +66,7 @@ private slots:
         Run version = run(folder.path(), {QStringLiteral("--version")});
         QCOMPARE(version.status, 0);
         QVERIFY2(version.output.contains(QStringLiteral("Brinholt 3.0.0\n")), qPrintable(version.output));
+        QVERIFY2(version.output.contains(QStringLiteral("GNU GPL version 3 or later")), qPrintable(version.output));
         Run help = run(folder.path(), {QStringLiteral("--help")});
         QCOMPARE(help.status, 0);
         QVERIFY(help.output.contains(QStringLiteral("--export TABLE FILE")));

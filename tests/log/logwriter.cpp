@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Writes rows into the log in the working directory as fast as it can and reports each
 // one that addData said was written, so that a test can kill it at any moment.
 #include "app/BackEnd.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
 #include "tests/support/MessageLog.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The calibration dialogue as BackEnd runs it: commands out through the serial source,
 // replies back into four numbers, and the time-out of a request.
 #include "app/BackEnd.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Bad input on every transport: nothing crashes, nothing but the codec's own rules decide,
 // and a good sentence after the rubbish is read as usual.
 #include "nmea/NmeaSourceSerial.h"

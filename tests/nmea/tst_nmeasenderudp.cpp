@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaSenderUdp.h"
 #include "tests/support/DatagramListener.h"

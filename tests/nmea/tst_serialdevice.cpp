@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The serial source on its receiver thread against the simulated device: a device that
 // misbehaves, and one that is unplugged and plugged in again.
 #include "nmea/NmeaSourceSerial.h"

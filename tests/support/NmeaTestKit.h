@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 // Helpers shared by the NMEA input tests: a BackEnd in a fresh data folder with chosen

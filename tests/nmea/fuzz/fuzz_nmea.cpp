@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // libFuzzer target over the sentence codec and the line splitting that the transports
 // share. The input is a byte stream as a transport would receive it.
 #include "app/BackEnd.h"
