@@ -51,6 +51,13 @@ void Composition::build()
     view->rootContext()->setContextProperty(QStringLiteral("dataSource"), source);
 }
 
+void Composition::saveShownPage()
+{
+    const QList<QObject*> roots = engine.rootObjects();
+    if (!roots.isEmpty())
+        QMetaObject::invokeMethod(roots.first(), "saveShownPage");
+}
+
 void Composition::load()
 {
     engine.load(MainPage);
@@ -58,6 +65,12 @@ void Composition::load()
 
 void Composition::tearDown()
 {
+    // Departs on purpose from the plain order of the end, in which BackEnd goes before the
+    // engine destroys the page on show: that page's edits were lost, as it then found no
+    // back end to save them to. It saves first, as leaving it would, but restarts nothing:
+    // no receiver or port is opened while the program stops.
+    if (back)
+        saveShownPage();
     if (source) {
         delete source;
         source = nullptr;

@@ -38,7 +38,9 @@ public:
     void build();
     // Loads the main page into the engine.
     void load();
-    // Deletes DataSource, then BackEnd, and forgets both.
+    // Has the page on show write its settings, as leaving it would, with nothing restarted.
+    void saveShownPage();
+    // Saves the page on show, then deletes DataSource, then BackEnd, and forgets both.
     void tearDown();
 
     BackEnd* backEnd() const { return back; }

@@ -34,6 +34,13 @@ ApplicationWindow {
             loader.setSource(url, properties)
     }
 
+    // At an orderly end the page on show writes what leaving it would, while the back end
+    // still exists: the end destroys the page only after the back end is gone.
+    function saveShownPage() {
+        if (loader.item && typeof loader.item.saveSettings === "function")
+            loader.item.saveSettings()
+    }
+
     GridLayout {
         anchors.fill: parent
         flow: GridLayout.TopToBottom
@@ -46,6 +53,7 @@ ApplicationWindow {
             Layout.fillHeight: true
             Layout.fillWidth: true
             source: "qrc:/BaroSwipe"
+            onLoaded: console.log("page shown " + source)
         }
 
         ToolBar {

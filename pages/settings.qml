@@ -35,6 +35,11 @@ ScrollView {
         backend.syncSettings()
     }
 
+    // What leaving writes; the main window calls it at an orderly end as well.
+    function saveSettings() {
+        saveAll()
+    }
+
     // On a change of pressure unit: the offset keeps its meaning in the new unit. The old
     // unit is still the stored one when the value is read, and is replaced before the box
     // takes its new decimals.

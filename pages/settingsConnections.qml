@@ -33,7 +33,8 @@ ScrollView {
         return widest + indicator + combo.leftPadding + combo.rightPadding
     }
 
-    function saveAll() {
+    // The choices alone, without the restart: what an orderly end of the program writes.
+    function saveSettings() {
         if (!hasBackend)
             return
         backend.setSetting("SettingSerialPort", serialPort.currentIndex === -1 ? "None" : serialPort.currentText)
@@ -55,6 +56,12 @@ ScrollView {
         backend.setSetting("SettingUseUdpOut", swUdpOut.checked ? 1 : 0)
         backend.setSetting("sendUdpMda", swUdpMda.checked ? 1 : 0)
         backend.syncSettings()
+    }
+
+    function saveAll() {
+        if (!hasBackend)
+            return
+        saveSettings()
         // Whatever changed, no fix of the old sources may outlive them.
         backend.clearAllFix()
         backend.startLocationServices()

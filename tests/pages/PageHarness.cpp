@@ -51,6 +51,7 @@ const QStringList PageLogs = {
     QStringLiteral("serie created"),      QStringLiteral("main page loaded, OS is"),
     QStringLiteral("saving size"),        QStringLiteral("main deleted"),
     QStringLiteral("language changed to "), QStringLiteral("file selected "),
+    QStringLiteral("page shown "),
 };
 
 bool startsWithAny(const QString& text, const QStringList& prefixes)
