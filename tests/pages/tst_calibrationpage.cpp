@@ -104,6 +104,9 @@ private slots:
         QVERIFY(locked(page));
         QCOMPARE(prop(page, "stationPressure", "text").toString(), QString());
         QCOMPARE(prop(page, "buttonCancel", "enabled").toBool(), true);
+        QPointer<QObject> dialog = control(page, "calibStatus");
+        QVERIFY(dialog);
+        QSignalSpy dialogShown(dialog.data(), SIGNAL(visibilityChanged()));
 
         QSignalSpy values(h.backEnd(), &BackEnd::calibrationValuesReceived);
         QTRY_COMPARE_WITH_TIMEOUT(values.count(), 1, 3000);
@@ -132,8 +135,11 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(commands.count(), 1, 3000);
         const QByteArray body = "$PWEGB,UCAL,1.25,3.0," + QByteArray::number(qsp, 'f', 2);
         QCOMPARE(commands.at(0).at(0).toByteArray(), DeviceSimulator::sentence(body));
-        // The device's OK leads back to the main page with no word.
+        // The device's OK leads back to the main page with no word: the dialogue never
+        // showed, not even for an instant before the page went.
         QTRY_COMPARE_WITH_TIMEOUT(loaderSource(h), QUrl("qrc:/BaroSwipe"), 3000);
+        QCOMPARE(dialogShown.count(), 0);
+        QVERIFY(dialog.isNull() || !dialog->property("visible").toBool());
         QCOMPARE(device.offset(), 1.25);
         QCOMPARE(device.slope(), 3.0);
         QCOMPARE(device.reference(), QByteArray::number(qsp, 'f', 2).toDouble());
@@ -156,6 +162,9 @@ private slots:
 
         QQuickItem* page = open(h);
         QVERIFY(page);
+        QPointer<QObject> dialog = control(page, "calibStatus");
+        QVERIFY(dialog);
+        QSignalSpy dialogShown(dialog.data(), SIGNAL(visibilityChanged()));
         QTRY_VERIFY_WITH_TIMEOUT(unlocked(page), 3000);
         // The slope box opens at 0 whatever the device holds.
         QCOMPARE(prop(page, "slopeInput", "value").toInt(), 0);
@@ -164,6 +173,9 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(commands.count(), 1, 3000);
         QCOMPARE(commands.at(0).at(0).toByteArray(), QByteArray("$PWEGB,FRST*78"));
         QTRY_COMPARE_WITH_TIMEOUT(loaderSource(h), QUrl("qrc:/BaroSwipe"), 3000);
+        // With no word on the way.
+        QCOMPARE(dialogShown.count(), 0);
+        QVERIFY(dialog.isNull() || !dialog->property("visible").toBool());
         QCOMPARE(device.offset(), DeviceSimulator::FactoryOffset);
         QCOMPARE(device.slope(), DeviceSimulator::FactorySlope);
         checkClean(h);
