@@ -26,6 +26,8 @@ ScrollView {
     // The pressure in the device's answer; it goes back with the calibration command.
     property double qsp: 0.0
     property double initialOffset: 0.0
+    // The device answered while the program had no usable pressure of its own.
+    property bool waitingForPressure: false
 
     contentWidth: Math.max(pageColumn.implicitWidth, settingsRect.availableWidth)
     contentHeight: Math.max(pageColumn.implicitHeight, settingsRect.availableHeight)
@@ -47,7 +49,21 @@ ScrollView {
     Connections {
         target: hasBackend ? backend : null
         function onCalibrationValuesReceived(offset, slope, slopeRef, pressure) {
-            initialPressure = backend.getCurrentPressure()
+            const current = backend.getCurrentPressure()
+            // Departs on purpose from the rule that any answer unlocks the whole page: with
+            // no usable pressure (the tick's rule, below 600 hPa, the no-reading mark among
+            // them) the offset would come out near -3000 mb and Calibrate would send it to
+            // the device. Calibrate and the boxes wait; the reset does not need a pressure.
+            if (current < 600) {
+                waitingForPressure = true
+                buttonCalib.enabled = false
+                offsetInput.enabled = false
+                slopeInput.enabled = false
+                buttonReset.enabled = true
+                return
+            }
+            waitingForPressure = false
+            initialPressure = current
             qsp = pressure
             initialOffset = initialPressure - pressure
             offsetInput.value = initialOffset * Math.pow(10, offsetInput.decimals)
@@ -67,6 +83,15 @@ ScrollView {
             calibStatus.icon = StandardIcon.Critical
             calibStatus.open()
             backend.requestCurrentCalibration()
+        }
+        // Comes with each tick that has something to show, pressure or not. Once a pressure
+        // is usable the device is asked again, so that the offset is worked out anew from it;
+        // only that answer unlocks Calibrate.
+        function onDataUpdated(date, position, cogsog, pressure) {
+            if (waitingForPressure && backend.getCurrentPressure() >= 600) {
+                waitingForPressure = false
+                backend.requestCurrentCalibration()
+            }
         }
         function onOperationTimeout() {
             calibStatus.text = qsTranslate("quillmereCalibration", "Operation timeout, probably no<br>Quillmere Skerry is connected")
@@ -189,6 +214,20 @@ ScrollView {
             value: 0
             enabled: false
             Accessible.name: slopeCaption.text
+        }
+
+        Label {
+            id: noPressureNote
+            objectName: "noPressureNote"
+            Layout.topMargin: 30
+            Layout.alignment: Qt.AlignHCenter
+            Layout.maximumWidth: settingsRect.availableWidth - 40
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.WordWrap
+            visible: waitingForPressure
+            text: qsTranslate("quillmereCalibration", "No current pressure: Calibrate waits until a reading arrives")
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         RowLayout {

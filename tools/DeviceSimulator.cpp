@@ -173,7 +173,7 @@ void DeviceSimulator::sendPressure()
     ++samples;
     std::normal_distribution<double> step(0.0, 0.02);
     drift = qBound(-4.0, drift + step(random), 4.0);
-    if (options.silent || masterFd < 0)
+    if (options.silent || options.noPressure || masterFd < 0)
         return;
 
     const double hPa = currentPressure();

@@ -35,6 +35,8 @@ public:
         // the path is the same when it comes back.
         QString linkPath;
         bool silent = false;
+        // A dead sensor: no pressure sentences, while the calibration dialogue still answers.
+        bool noPressure = false;
         bool answerErr = false;
         bool noise = false;
         bool noLineEnd = false;
@@ -52,6 +54,7 @@ public:
 
     // Misbehaviour, switched at run time.
     void setSilent(bool on) { options.silent = on; }
+    void setNoPressure(bool on) { options.noPressure = on; }
     void setAnswerErr(bool on) { options.answerErr = on; }
     void setNoise(bool on) { options.noise = on; }
     void setNoLineEnd(bool on) { options.noLineEnd = on; }

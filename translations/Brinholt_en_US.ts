@@ -517,6 +517,10 @@ Without options Brinholt opens its window.
         <source>Cancel</source>
         <translation>Cancel</translation>
     </message>
+    <message>
+        <source>No current pressure: Calibrate waits until a reading arrives</source>
+        <translation>No current pressure: Calibrate waits until a reading arrives</translation>
+    </message>
 </context>
 <context>
     <name>settings</name>

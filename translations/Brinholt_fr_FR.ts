@@ -517,6 +517,10 @@ Sans option, Brinholt ouvre sa fenêtre.
         <source>Cancel</source>
         <translation>Annuler</translation>
     </message>
+    <message>
+        <source>No current pressure: Calibrate waits until a reading arrives</source>
+        <translation>Aucune pression actuelle : Étalonner attend l&apos;arrivée d&apos;une mesure</translation>
+    </message>
 </context>
 <context>
     <name>settings</name>

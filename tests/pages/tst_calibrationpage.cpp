@@ -5,6 +5,8 @@
 
 #include "app/BackEnd.h"
 #include "tools/DeviceSimulator.h"
+#include "util/Clock.h"
+#include "util/Pressure.h"
 
 #include <QtCore/QPointer>
 #include <QtCore/QSettings>
@@ -104,6 +106,9 @@ private slots:
         QVERIFY(locked(page));
         QCOMPARE(prop(page, "stationPressure", "text").toString(), QString());
         QCOMPARE(prop(page, "buttonCancel", "enabled").toBool(), true);
+        QPointer<QObject> dialog = control(page, "calibStatus");
+        QVERIFY(dialog);
+        QSignalSpy dialogShown(dialog.data(), SIGNAL(visibilityChanged()));
 
         QSignalSpy values(h.backEnd(), &BackEnd::calibrationValuesReceived);
         QTRY_COMPARE_WITH_TIMEOUT(values.count(), 1, 3000);
@@ -132,8 +137,11 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(commands.count(), 1, 3000);
         const QByteArray body = "$PWEGB,UCAL,1.25,3.0," + QByteArray::number(qsp, 'f', 2);
         QCOMPARE(commands.at(0).at(0).toByteArray(), DeviceSimulator::sentence(body));
-        // The device's OK leads back to the main page with no word.
+        // The device's OK leads back to the main page with no word: the dialogue never
+        // showed, not even for an instant before the page went.
         QTRY_COMPARE_WITH_TIMEOUT(loaderSource(h), QUrl("qrc:/BaroSwipe"), 3000);
+        QCOMPARE(dialogShown.count(), 0);
+        QVERIFY(dialog.isNull() || !dialog->property("visible").toBool());
         QCOMPARE(device.offset(), 1.25);
         QCOMPARE(device.slope(), 3.0);
         QCOMPARE(device.reference(), QByteArray::number(qsp, 'f', 2).toDouble());
@@ -156,6 +164,9 @@ private slots:
 
         QQuickItem* page = open(h);
         QVERIFY(page);
+        QPointer<QObject> dialog = control(page, "calibStatus");
+        QVERIFY(dialog);
+        QSignalSpy dialogShown(dialog.data(), SIGNAL(visibilityChanged()));
         QTRY_VERIFY_WITH_TIMEOUT(unlocked(page), 3000);
         // The slope box opens at 0 whatever the device holds.
         QCOMPARE(prop(page, "slopeInput", "value").toInt(), 0);
@@ -164,6 +175,9 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(commands.count(), 1, 3000);
         QCOMPARE(commands.at(0).at(0).toByteArray(), QByteArray("$PWEGB,FRST*78"));
         QTRY_COMPARE_WITH_TIMEOUT(loaderSource(h), QUrl("qrc:/BaroSwipe"), 3000);
+        // With no word on the way.
+        QCOMPARE(dialogShown.count(), 0);
+        QVERIFY(dialog.isNull() || !dialog->property("visible").toBool());
         QCOMPARE(device.offset(), DeviceSimulator::FactoryOffset);
         QCOMPARE(device.slope(), DeviceSimulator::FactorySlope);
         checkClean(h);
@@ -216,9 +230,12 @@ private slots:
         QSignalSpy timeouts(h.backEnd(), &BackEnd::operationTimeout);
         QTRY_COMPARE_WITH_TIMEOUT(timeouts.count(), 1, 7000);
         QVERIFY(locked(page));
+        // A usable pressure of the program's own, or the answer would unlock only the reset.
+        h.backEnd()->setCurrentPressure(1012.5, Serial);
         h.backEnd()->slot_calibrationValues(QStringLiteral("$PWEGB,CAL,0.00,0,1013.25,1000.00*00"));
         QVERIFY(unlocked(page));
         QCOMPARE(page->property("qsp").toDouble(), 1000.0);
+        QCOMPARE(page->property("initialOffset").toDouble(), 12.5);
         QVERIFY(!prop(page, "stationPressure", "text").toString().isEmpty());
         checkClean(h);
     }
@@ -255,6 +272,105 @@ private slots:
         QVERIFY(unlocked(page));
         QVERIFY(prop(page, "offsetInput", "value").toInt() != 300);
         QCOMPARE(device.offset(), DeviceSimulator::FactoryOffset);
+        checkClean(h);
+    }
+
+    // The device answers while the program has no usable pressure: the offset would be
+    // worked out from nothing, so Calibrate waits, says why, and the device is asked again
+    // once a reading has come.
+    void calibrateWaitsForAUsablePressure_data()
+    {
+        QTest::addColumn<bool>("lowReading");
+        QTest::newRow("no reading younger than a minute") << false;
+        QTest::newRow("a reading below 600 hPa is none") << true;
+    }
+
+    void calibrateWaitsForAUsablePressure()
+    {
+        QFETCH(bool, lowReading);
+        PageHarness h;
+        DeviceSimulator device(deviceOptions(h));
+        QVERIFY(attach(h, device));
+        QVERIFY(startMain(h));
+        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        if (lowReading) {
+            device.setBasePressure(500.0);
+            QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getCurrentPressure() > 0.0
+                                             && h.backEnd()->getCurrentPressure() < 600.0,
+                                     3000);
+        } else {
+            // The sensor dies; its last readings, some still on the line, age out.
+            device.setNoPressure(true);
+            for (int i = 0; i < 20 && h.backEnd()->getCurrentPressure() != Pressure::None; ++i) {
+                QTest::qWait(200);
+                Clock::advanceMonotonicMs(60000);
+            }
+            QCOMPARE(h.backEnd()->getCurrentPressure(), Pressure::None);
+        }
+        // The tick has seen no usable pressure before the page opens.
+        h.backEnd()->slot_timerData();
+
+        QSignalSpy commands(&device, &DeviceSimulator::commandReceived);
+        QSignalSpy values(h.backEnd(), &BackEnd::calibrationValuesReceived);
+        QQuickItem* page = open(h);
+        QVERIFY(page);
+        QCOMPARE(prop(page, "noPressureNote", "visible").toBool(), false);
+        QTRY_COMPARE_WITH_TIMEOUT(values.count(), 1, 3000);
+        QCOMPARE(commands.count(), 1);
+        QCOMPARE(commands.at(0).at(0).toByteArray(), QByteArray("$PWEGB,CAL?*1A"));
+
+        // Says why; Calibrate and the boxes stay locked, the reset and the way back do not.
+        QCOMPARE(prop(page, "noPressureNote", "visible").toBool(), true);
+        QCOMPARE(prop(page, "noPressureNote", "text").toString(),
+                 QStringLiteral("No current pressure: Calibrate waits until a reading arrives"));
+        QCOMPARE(PageHarness::evaluate(control(page, "noPressureNote"), "Accessible.role === Accessible.StaticText")
+                         .toBool(),
+                 true);
+        QCOMPARE(prop(page, "buttonCalib", "enabled").toBool(), false);
+        QCOMPARE(prop(page, "offsetInput", "enabled").toBool(), false);
+        QCOMPARE(prop(page, "slopeInput", "enabled").toBool(), false);
+        QCOMPARE(prop(page, "buttonReset", "enabled").toBool(), true);
+        QCOMPARE(prop(page, "buttonCancel", "enabled").toBool(), true);
+        // Nothing was worked out from the missing pressure.
+        QCOMPARE(prop(page, "offsetInput", "value").toInt(), 0);
+        QCOMPARE(prop(page, "stationPressure", "text").toString(), QString());
+
+        // A click on the locked Calibrate, and a tick still without a usable pressure: neither
+        // sends anything, as the next command to reach the device shows.
+        QVERIFY(PageInput::click(h.window(), page, h.item("buttonCalib")));
+        h.backEnd()->slot_timerData();
+
+        if (lowReading)
+            device.setBasePressure(DeviceSimulator::Options().basePressure);
+        else
+            device.setNoPressure(false);
+        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getCurrentPressure() >= 600.0, 3000);
+        // The page hears of the pressure from the tick; one tick in 385 shows nothing, so two.
+        h.backEnd()->slot_timerData();
+        h.backEnd()->slot_timerData();
+        QTRY_COMPARE_WITH_TIMEOUT(commands.count(), 2, 3000);
+        QCOMPARE(commands.at(1).at(0).toByteArray(), QByteArray("$PWEGB,CAL?*1A"));
+        QTRY_COMPARE_WITH_TIMEOUT(values.count(), 2, 3000);
+
+        // Now from a usable pressure: the device's own reading, so next to no difference.
+        QCOMPARE(prop(page, "noPressureNote", "visible").toBool(), false);
+        QVERIFY(unlocked(page));
+        const double initialPressure = page->property("initialPressure").toDouble();
+        QVERIFY(initialPressure >= 600.0);
+        const double initialOffset = page->property("initialOffset").toDouble();
+        QVERIFY2(qAbs(initialOffset) < 1.0, qPrintable(QString::number(initialOffset)));
+        QCOMPARE(page->property("qsp").toDouble(), values.at(1).at(3).toDouble());
+        QCOMPARE(prop(page, "offsetInput", "value").toInt(), int(initialOffset * 100));
+
+        // Ready: a further tick asks nothing more, and Calibrate sends that offset.
+        h.backEnd()->slot_timerData();
+        press(h, "buttonCalib");
+        QTRY_COMPARE_WITH_TIMEOUT(commands.count(), 3, 3000);
+        const QByteArray sent = commands.at(2).at(0).toByteArray();
+        QVERIFY2(sent.startsWith("$PWEGB,UCAL,"), sent.constData());
+        QVERIFY2(qAbs(sent.split(',').at(2).toDouble()) < 1.0, sent.constData());
+        QTRY_COMPARE_WITH_TIMEOUT(loaderSource(h), QUrl("qrc:/BaroSwipe"), 3000);
+        QVERIFY(qAbs(device.offset()) < 1.0);
         checkClean(h);
     }
 

@@ -2,10 +2,14 @@
 #include "tools/DeviceSimulator.h"
 
 #include <QtCore/QFileInfo>
+#include <QtCore/QSocketNotifier>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
-// The simulator's weather scenarios, and its name while it is away.
+#include <fcntl.h>
+#include <unistd.h>
+
+// The simulator's weather scenarios, its name while it is away, and a dead sensor.
 class TestDeviceSimulator : public QObject
 {
     Q_OBJECT
@@ -69,6 +73,38 @@ private slots:
         QVERIFY(device.comeBack());
         QCOMPARE(device.devicePath(), options.linkPath);
         QCOMPARE(QFileInfo(options.linkPath).symLinkTarget(), device.terminalPath());
+    }
+
+    // A sensor that gives nothing leaves the device able to talk: it answers a request for
+    // its calibration, and its pressure comes back once the sensor does.
+    void aDeadSensorStillAnswers()
+    {
+        DeviceSimulator::Options options;
+        options.intervalMs = 20;
+        options.noPressure = true;
+        DeviceSimulator device(options);
+        QVERIFY(device.open());
+        const int fd = ::open(device.terminalPath().toLocal8Bit().constData(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+        QVERIFY(fd >= 0);
+        QByteArray heard;
+        QSocketNotifier notifier(fd, QSocketNotifier::Read);
+        connect(&notifier, &QSocketNotifier::activated, this, [&] {
+            char chunk[512];
+            ssize_t n;
+            while ((n = ::read(fd, chunk, sizeof chunk)) > 0)
+                heard.append(chunk, static_cast<int>(n));
+        });
+
+        const QByteArray request = DeviceSimulator::sentence("$PWEGB,CAL?") + "\r\n";
+        QCOMPARE(::write(fd, request.constData(), static_cast<size_t>(request.size())), ssize_t(request.size()));
+        QTRY_VERIFY_WITH_TIMEOUT(heard.contains("$PWEGB,CAL,"), 3000);
+        // Ten intervals more, and still no reading.
+        QTest::qWait(10 * options.intervalMs);
+        QVERIFY2(!heard.contains("XDR") && !heard.contains("MDA"), heard.constData());
+
+        device.setNoPressure(false);
+        QTRY_VERIFY_WITH_TIMEOUT(heard.contains("$WIXDR,P,"), 3000);
+        ::close(fd);
     }
 };
 
