@@ -13,6 +13,7 @@
 #include <QtCore/QPointer>
 #include <QtCore/QRandomGenerator>
 #include <QtCore/QSettings>
+#include <QtCore/QTemporaryDir>
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QTcpServer>
 #include <QtNetwork/QUdpSocket>
@@ -90,6 +91,28 @@ private:
     QList<int> fds;
     quint16 port = 0;
 };
+
+// Holds back the settings' own writing to disk, which the event loop does a moment after
+// any change, so that only an explicit sync puts new values into the file.
+class HeldFlush : public QObject
+{
+public:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        return event->type() == QEvent::UpdateRequest || QObject::eventFilter(watched, event);
+    }
+};
+
+// What the file itself holds. Settings objects of one process share what is not yet
+// written, so the file is read through a copy under a name no other object knows.
+QVariant onDisk(PageHarness& h, const QString& key)
+{
+    QTemporaryDir copies;
+    const QString copy = copies.filePath(QStringLiteral("copy.ini"));
+    if (!QFile::copy(h.folder().filePath(QStringLiteral("brinholt.ini")), copy))
+        return QVariant();
+    return QSettings(copy, QSettings::IniFormat).value(key);
+}
 
 } // namespace
 
@@ -530,7 +553,22 @@ private slots:
         h.backEnd()->setPositionData(QPointF(-4.5, 48.4), 5.0, 90.0, Udp);
         QCOMPARE(h.backEnd()->getPosition(), QPointF(-4.5, 48.4));
         QVERIFY(open(h, {}, true));
+        // Only an explicit sync may bring the page's values to the file from here on.
+        HeldFlush held;
+        h.backEnd()->getSettings()->installEventFilter(&held);
+        QVERIFY(!onDisk(h, "SettingSerialSpeed").isValid());
+        QVERIFY(!onDisk(h, "SettingUsePos").isValid());
+        const auto locationStarts = [&h] {
+            return h.messages().filter(QStringLiteral("trying to start location services")).size();
+        };
+        const int startsBefore = locationStarts();
         QVERIFY(leave(h));
+        // The file holds what the page wrote, before anything else could have written it.
+        QCOMPARE(onDisk(h, "SettingSerialSpeed").toString(), QStringLiteral("9600"));
+        QCOMPARE(onDisk(h, "SettingUsePos").toInt(), 1);
+        QCOMPARE(onDisk(h, "SettingUdpPort").toInt(), int(port));
+        // Position is wanted from the host's service by default: leaving asks for it anew.
+        QCOMPARE(locationStarts(), startsBefore + 1);
         // Every fix is gone and a new receiver runs; the old one ends by itself.
         QCOMPARE(h.backEnd()->getPosition(), QPointF(0.0, 0.0));
         QVERIFY(h.backEnd()->getReceiver());
