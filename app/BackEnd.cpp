@@ -28,6 +28,8 @@
 
 #include <cmath>
 
+#include <sys/stat.h>
+
 BackEnd* backend = nullptr;
 
 namespace {
@@ -746,6 +748,18 @@ BackEnd::PortList BackEnd::systemPorts()
 void BackEnd::setPortLister(std::function<PortList()> lister)
 {
     portLister = std::move(lister);
+}
+
+bool BackEnd::isCharacterDevice(QString path)
+{
+    if (path.isEmpty())
+        return false;
+    // The same rule by which QSerialPort turns a port name into the file it opens.
+    if (!path.startsWith(QLatin1Char('/')) && !path.startsWith(QLatin1String("./"))
+        && !path.startsWith(QLatin1String("../")))
+        path.prepend(QLatin1String("/dev/"));
+    struct stat info {};
+    return ::stat(QFile::encodeName(path).constData(), &info) == 0 && S_ISCHR(info.st_mode);
 }
 
 QStringList BackEnd::getSerialPorts()

@@ -121,6 +121,10 @@ public:
     Q_INVOKABLE QString getPrivacyPolicy();
     Q_INVOKABLE int getColWidth();
     Q_INVOKABLE QStringList getSerialPorts();
+    // Whether the port name, taken as the serial port takes it (a bare name lives in /dev),
+    // is a character device once links are followed: a device the list may lack, such as a
+    // pseudo-terminal, is still one a serial source can open.
+    Q_INVOKABLE bool isCharacterDevice(QString path);
     Q_INVOKABLE int getHorizontalAdvance(QString string);
     Q_INVOKABLE void startNmea();
     Q_INVOKABLE QString getPressureSource();

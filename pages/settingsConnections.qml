@@ -20,6 +20,9 @@ ScrollView {
     readonly property bool hasBackend: typeof backend !== "undefined" && backend !== null
     // The ports the machine offers, as the list shows them; read once, when the page opens.
     property var serialPorts: hasBackend ? backend.getSerialPorts() : []
+    // A stored device that the list lacks but that is there all the same (a pseudo-terminal,
+    // a multiplexer's link): shown after the listed ports while the page is open.
+    property string unlistedDevice: ""
 
     contentWidth: Math.max(pageColumn.implicitWidth, settingsRect.availableWidth)
     contentHeight: Math.max(pageColumn.implicitHeight, settingsRect.availableHeight)
@@ -33,11 +36,28 @@ ScrollView {
         return widest + indicator + combo.leftPadding + combo.rightPadding
     }
 
+    // The port as the receiver reads it: the first word of the stored entry.
+    function portName(entry) {
+        return entry.split(" ").filter(function(word) { return word.length > 0 })[0] || ""
+    }
+
+    // A typed path is stored as typed, whether or not it is there yet: the serial source
+    // keeps trying it as it does a device that is unplugged.
+    function chosenSerialPort() {
+        if (serialPort.currentIndex === -1)
+            return "None"
+        if (serialPort.otherDeviceChosen) {
+            var typed = serialDevicePath.text.trim()
+            return typed === "" ? "None" : typed
+        }
+        return serialPort.currentText
+    }
+
     // The choices alone, without the restart: what an orderly end of the program writes.
     function saveSettings() {
         if (!hasBackend)
             return
-        backend.setSetting("SettingSerialPort", serialPort.currentIndex === -1 ? "None" : serialPort.currentText)
+        backend.setSetting("SettingSerialPort", chosenSerialPort())
         backend.setSetting("SettingUsePos", swPos.checked ? 1 : 0)
         backend.setSetting("SettingUseSerial", swSerial.checked ? 1 : 0)
         backend.setSetting("SettingPosSource", posInternal.checked ? 1 : 2)
@@ -125,11 +145,26 @@ ScrollView {
             }
             RowLayout {
                 enabled: swSerial.checked
-                ComboBox {
-                    id: serialPort
-                    objectName: "serialPort"
-                    model: serialPorts
-                    Accessible.name: qsTranslate("settingsConnections", "Serial port")
+                ColumnLayout {
+                    ComboBox {
+                        id: serialPort
+                        objectName: "serialPort"
+                        // The last entry lets a path be typed for a device the system does not list.
+                        readonly property bool otherDeviceChosen: currentIndex >= 0 && currentIndex === count - 1
+                        model: serialPorts.concat(unlistedDevice !== "" ? [unlistedDevice] : [],
+                                                  [qsTranslate("settingsConnections", "Other device…")])
+                        Accessible.name: qsTranslate("settingsConnections", "Serial port")
+                    }
+                    TextField {
+                        id: serialDevicePath
+                        objectName: "serialDevicePath"
+                        visible: serialPort.otherDeviceChosen
+                        Layout.fillWidth: true
+                        selectByMouse: true
+                        inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
+                        placeholderText: qsTranslate("settingsConnections", "Device path")
+                        Accessible.name: qsTranslate("settingsConnections", "Path of the serial device")
+                    }
                 }
                 ComboBox {
                     id: serialSpeed
@@ -265,12 +300,18 @@ ScrollView {
             return
 
         var port = backend.getSetting("SettingSerialPort", "None")
-        if (port !== "None") {
-            var found = serialPort.find(port)
-            if (found >= 0)
-                serialPort.currentIndex = found
-            else if (serialPort.count > 0)
-                serialPort.currentIndex = 0
+        var found = port === "None" ? -1 : serialPort.find(port)
+        if (found >= 0 && found < serialPorts.length) {
+            serialPort.currentIndex = found
+        } else if (port !== "None" && backend.isCharacterDevice(portName(port))) {
+            // Departs on purpose from the rule that a stored port missing from the list falls
+            // back to its first entry: the system lists no pseudo-terminal, so a device that
+            // is there is kept as it was stored. One that is nowhere still falls back.
+            unlistedDevice = port
+            serialPort.currentIndex = serialPorts.length
+        } else {
+            // The typing entry is no port: with none listed the box stays empty.
+            serialPort.currentIndex = serialPorts.length > 0 ? 0 : -1
         }
 
         var posSource = backend.getSetting("SettingPosSource", 1)
@@ -296,7 +337,7 @@ ScrollView {
         swUdpMda.checked = backend.getSetting("sendUdpMda", 0) === 1
         sp_udpPort.value = backend.getSetting("updPort", 10110)
 
-        serialPort.Layout.minimumWidth = comboWidth(serialPort, serialPorts)
+        serialPort.Layout.minimumWidth = comboWidth(serialPort, serialPort.model)
         serialSpeed.Layout.minimumWidth = comboWidth(serialSpeed, serialSpeed.model)
         serialParity.Layout.minimumWidth = comboWidth(serialParity, serialParity.model)
         serialControl.Layout.minimumWidth = comboWidth(serialControl, serialControl.model)

@@ -845,5 +845,17 @@ calibration</translation>
         <source>Also send MDA</source>
         <translation>Also send MDA</translation>
     </message>
+    <message>
+        <source>Other device…</source>
+        <translation>Other device…</translation>
+    </message>
+    <message>
+        <source>Device path</source>
+        <translation>Device path</translation>
+    </message>
+    <message>
+        <source>Path of the serial device</source>
+        <translation>Path of the serial device</translation>
+    </message>
 </context>
 </TS>

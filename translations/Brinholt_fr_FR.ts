@@ -845,5 +845,17 @@ Quillmere Skerry</translation>
         <source>Also send MDA</source>
         <translation>Envoyer aussi MDA</translation>
     </message>
+    <message>
+        <source>Other device…</source>
+        <translation>Autre périphérique…</translation>
+    </message>
+    <message>
+        <source>Device path</source>
+        <translation>Chemin du périphérique</translation>
+    </message>
+    <message>
+        <source>Path of the serial device</source>
+        <translation>Chemin du périphérique série</translation>
+    </message>
 </context>
 </TS>

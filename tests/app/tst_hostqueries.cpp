@@ -2,8 +2,12 @@
 #include "app/BackEnd.h"
 #include "tests/support/HostTheme.h"
 #include "tests/support/LogFixture.h"
+#include "tests/support/PseudoTerminal.h"
 
 #include <QtCore/QDateTime>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
 #include <QtGui/QFontMetrics>
 #include <QtSerialPort/QSerialPortInfo>
 #include <QtTest/QtTest>
@@ -148,6 +152,58 @@ private slots:
         QCOMPARE(f.backEnd().getSerialPorts(), expected);
         f.backEnd().setPortLister([] { return BackEnd::PortList(); });
         QCOMPARE(f.backEnd().getSerialPorts(), QStringList());
+    }
+
+    // What the Connections page asks of a stored port that the list lacks.
+    void characterDevice_data()
+    {
+        QTest::addColumn<QString>("what");
+        QTest::addColumn<bool>("device");
+        QTest::newRow("the null device") << "/dev/null" << true;
+        QTest::newRow("a bare name is looked for in /dev") << "null" << true;
+        QTest::newRow("a pseudo-terminal") << "pty" << true;
+        QTest::newRow("a link to a pseudo-terminal") << "link to pty" << true;
+        QTest::newRow("a link to a link to a pseudo-terminal") << "link to link" << true;
+        QTest::newRow("a regular file") << "file" << false;
+        QTest::newRow("a link to a regular file") << "link to file" << false;
+        QTest::newRow("a folder") << "folder" << false;
+        QTest::newRow("a missing path") << "missing" << false;
+        QTest::newRow("a link to nothing") << "dangling link" << false;
+        QTest::newRow("a bare name missing from /dev") << "ttyNOSUCHPORT" << false;
+        QTest::newRow("no name at all") << "" << false;
+    }
+
+    void characterDevice()
+    {
+        QFETCH(QString, what);
+        QFETCH(bool, device);
+        LogFixture f;
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        PseudoTerminal pty;
+        QVERIFY(pty.open());
+        const QString file = dir.filePath(QStringLiteral("file"));
+        {
+            QFile regular(file);
+            QVERIFY(regular.open(QIODevice::WriteOnly));
+            regular.write("$WIXDR\r\n");
+        }
+        QVERIFY(QFile::link(pty.terminalPath(), dir.filePath(QStringLiteral("link to pty"))));
+        QVERIFY(QFile::link(dir.filePath(QStringLiteral("link to pty")), dir.filePath(QStringLiteral("link to link"))));
+        QVERIFY(QFile::link(file, dir.filePath(QStringLiteral("link to file"))));
+        QVERIFY(QFile::link(dir.filePath(QStringLiteral("missing")), dir.filePath(QStringLiteral("dangling link"))));
+        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("folder")));
+
+        // The things made here are named by their row; any other name is given as it stands.
+        const QStringList made = {QStringLiteral("file"), QStringLiteral("link to pty"), QStringLiteral("link to link"),
+                                  QStringLiteral("link to file"), QStringLiteral("folder"),
+                                  QStringLiteral("dangling link"), QStringLiteral("missing")};
+        QString path = what;
+        if (what == QLatin1String("pty"))
+            path = pty.terminalPath();
+        else if (made.contains(what))
+            path = dir.filePath(what);
+        QCOMPARE(f.backEnd().isCharacterDevice(path), device);
     }
 
     void fixedDesktopAnswers()

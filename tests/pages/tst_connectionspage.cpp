@@ -3,6 +3,7 @@
 #include "PageHarness.h"
 #include "PageInput.h"
 #include "tests/support/NetworkNamespace.h"
+#include "tests/support/PseudoTerminal.h"
 
 #include "app/BackEnd.h"
 #include "nmea/NmeaReceiver.h"
@@ -12,6 +13,7 @@
 #include <QtCore/QPointer>
 #include <QtCore/QRandomGenerator>
 #include <QtCore/QSettings>
+#include <QtCore/QTemporaryDir>
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QTcpServer>
 #include <QtNetwork/QUdpSocket>
@@ -90,6 +92,28 @@ private:
     quint16 port = 0;
 };
 
+// Holds back the settings' own writing to disk, which the event loop does a moment after
+// any change, so that only an explicit sync puts new values into the file.
+class HeldFlush : public QObject
+{
+public:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        return event->type() == QEvent::UpdateRequest || QObject::eventFilter(watched, event);
+    }
+};
+
+// What the file itself holds. Settings objects of one process share what is not yet
+// written, so the file is read through a copy under a name no other object knows.
+QVariant onDisk(PageHarness& h, const QString& key)
+{
+    QTemporaryDir copies;
+    const QString copy = copies.filePath(QStringLiteral("copy.ini"));
+    if (!QFile::copy(h.folder().filePath(QStringLiteral("brinholt.ini")), copy))
+        return QVariant();
+    return QSettings(copy, QSettings::IniFormat).value(key);
+}
+
 } // namespace
 
 // The connections page over the real BackEnd and the real receiver.
@@ -155,6 +179,9 @@ private slots:
         QCOMPARE(prop(page, "posInternal", "checked").toBool(), true);
         QCOMPARE(prop(page, "posNmea", "checked").toBool(), false);
         QCOMPARE(prop(page, "serialPort", "currentIndex").toInt(), -1);
+        // With no port listed, only the entry for a typed path is there, and not chosen.
+        QCOMPARE(prop(page, "serialPort", "count").toInt(), 1);
+        QCOMPARE(prop(page, "serialDevicePath", "visible").toBool(), false);
         QCOMPARE(prop(page, "serialSpeed", "currentText").toString(), QStringLiteral("9600"));
         QCOMPARE(prop(page, "serialParity", "currentText").toString(), QStringLiteral("No Parity"));
         QCOMPARE(prop(page, "serialNbBits", "currentText").toString(), QStringLiteral("8 Bits"));
@@ -331,6 +358,130 @@ private slots:
         checkClean(h);
     }
 
+    // A device the system does not list, but which is there, stays as it was stored.
+    void unlistedDeviceIsKept_data()
+    {
+        QTest::addColumn<QString>("what");
+        QTest::addColumn<QString>("description");
+        QTest::addColumn<QStringList>("ports");
+        const QStringList two = {QStringLiteral("ttyFAKE0 First"), QStringLiteral("ttyFAKE1 Second")};
+        QTest::newRow("a pseudo-terminal, no port listed") << "pty" << "" << QStringList();
+        QTest::newRow("a pseudo-terminal after two listed ports") << "pty" << "" << two;
+        QTest::newRow("a link to a pseudo-terminal, with a description") << "link" << " Simulated Skerry" << two;
+        QTest::newRow("the null device") << "/dev/null" << "" << two;
+    }
+
+    void unlistedDeviceIsKept()
+    {
+        QFETCH(QString, what);
+        QFETCH(QString, description);
+        QFETCH(QStringList, ports);
+        PageHarness h;
+        PseudoTerminal pty(h.folder().filePath(QStringLiteral("skerry")));
+        QVERIFY(pty.open());
+        const QString path = what == QLatin1String("pty") ? pty.terminalPath()
+                : what == QLatin1String("link")           ? pty.path()
+                                                           : what;
+        const QString entry = path + description;
+        h.writeSetting("SettingSerialPort", entry);
+        QVERIFY(startMain(h));
+        for (int visit = 0; visit < 2; ++visit) {
+            QQuickItem* page = open(h, ports, true);
+            QVERIFY(page);
+            // After the listed ports, before the entry for a typed path.
+            QCOMPARE(prop(page, "serialPort", "count").toInt(), ports.size() + 2);
+            QCOMPARE(prop(page, "serialPort", "currentIndex").toInt(), ports.size());
+            QCOMPARE(prop(page, "serialPort", "currentText").toString(), entry);
+            QCOMPARE(prop(page, "serialDevicePath", "visible").toBool(), false);
+            QVERIFY(leave(h));
+            QCOMPARE(stored(h, "SettingSerialPort").toString(), entry);
+        }
+        checkClean(h);
+    }
+
+    // Not a device, or not there: the stored text falls back as a vanished port does.
+    void storedPathThatIsNoDeviceFallsBack_data()
+    {
+        QTest::addColumn<QString>("what");
+        QTest::addColumn<QStringList>("ports");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("saved");
+        const QStringList two = {QStringLiteral("ttyFAKE0 First"), QStringLiteral("ttyFAKE1 Second")};
+        QTest::newRow("a regular file, ports listed") << "file" << two << 0 << "ttyFAKE0 First";
+        QTest::newRow("a regular file, no port listed") << "file" << QStringList() << -1 << "None";
+        QTest::newRow("a folder") << "folder" << two << 0 << "ttyFAKE0 First";
+        QTest::newRow("a link whose terminal is gone") << "dangling link" << two << 0 << "ttyFAKE0 First";
+        QTest::newRow("a path that is nowhere") << "missing" << QStringList() << -1 << "None";
+    }
+
+    void storedPathThatIsNoDeviceFallsBack()
+    {
+        QFETCH(QString, what);
+        QFETCH(QStringList, ports);
+        QFETCH(int, index);
+        QFETCH(QString, saved);
+        PageHarness h;
+        // A link left behind by a device that has gone, as the simulator's link can be.
+        QVERIFY(QFile::link(h.folder().filePath(QStringLiteral("gone")), h.folder().filePath(QStringLiteral("dangling link"))));
+        QVERIFY(QDir(h.folder().path()).mkdir(QStringLiteral("folder")));
+        QFile file(h.folder().filePath(QStringLiteral("file")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        h.writeSetting("SettingSerialPort", h.folder().filePath(what));
+        QVERIFY(startMain(h));
+        QQuickItem* page = open(h, ports, true);
+        QVERIFY(page);
+        QCOMPARE(prop(page, "serialPort", "currentIndex").toInt(), index);
+        QCOMPARE(prop(page, "serialPort", "count").toInt(), ports.size() + 1);
+        QVERIFY(leave(h));
+        QCOMPARE(stored(h, "SettingSerialPort").toString(), saved);
+        checkClean(h);
+    }
+
+    // A path typed beside the list is stored as typed, present or not yet.
+    void typedPathIsStored_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("saved");
+        QTest::newRow("a pseudo-terminal") << "pty" << "pty";
+        QTest::newRow("a path that is not there yet") << "/tmp/brinholt-no-such-skerry"
+                                                      << "/tmp/brinholt-no-such-skerry";
+        QTest::newRow("blanks around are dropped") << "  /dev/ttyUSB9 " << "/dev/ttyUSB9";
+        QTest::newRow("nothing typed: no port") << "" << "None";
+    }
+
+    void typedPathIsStored()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, saved);
+        PageHarness h;
+        PseudoTerminal pty;
+        QVERIFY(pty.open());
+        if (typed == QLatin1String("pty"))
+            typed = saved = pty.terminalPath();
+        QVERIFY(startMain(h));
+        const QStringList two = {QStringLiteral("ttyFAKE0 First"), QStringLiteral("ttyFAKE1 Second")};
+        QQuickItem* page = open(h, two, true);
+        QVERIFY(page);
+        set(page, "swSerial", "checked", true);
+        QCOMPARE(prop(page, "serialDevicePath", "visible").toBool(), false);
+        // The last entry of the list opens the field.
+        set(page, "serialPort", "currentIndex", two.size());
+        QCOMPARE(prop(page, "serialPort", "currentText").toString(), QStringLiteral("Other device…"));
+        QCOMPARE(prop(page, "serialDevicePath", "visible").toBool(), true);
+        auto* field = qobject_cast<QQuickItem*>(control(page, "serialDevicePath"));
+        QVERIFY(field);
+        QVERIFY(PageInput::click(h.window(), page, field));
+        QTRY_VERIFY(field->hasActiveFocus());
+        for (const QChar c : typed)
+            QTest::keyClick(h.window(), c.toLatin1());
+        QCOMPARE(field->property("text").toString(), typed);
+        QVERIFY(leave(h));
+        QCOMPARE(stored(h, "SettingSerialPort").toString(), saved);
+        QCOMPARE(stored(h, "SettingUseSerial").toInt(), 1);
+        QVERIFY2(pageWarnings(h).isEmpty(), qPrintable(pageWarnings(h).join('\n')));
+    }
+
     void calibrationButtonFollowsTheStoredPort()
     {
         PageHarness h;
@@ -402,7 +553,22 @@ private slots:
         h.backEnd()->setPositionData(QPointF(-4.5, 48.4), 5.0, 90.0, Udp);
         QCOMPARE(h.backEnd()->getPosition(), QPointF(-4.5, 48.4));
         QVERIFY(open(h, {}, true));
+        // Only an explicit sync may bring the page's values to the file from here on.
+        HeldFlush held;
+        h.backEnd()->getSettings()->installEventFilter(&held);
+        QVERIFY(!onDisk(h, "SettingSerialSpeed").isValid());
+        QVERIFY(!onDisk(h, "SettingUsePos").isValid());
+        const auto locationStarts = [&h] {
+            return h.messages().filter(QStringLiteral("trying to start location services")).size();
+        };
+        const int startsBefore = locationStarts();
         QVERIFY(leave(h));
+        // The file holds what the page wrote, before anything else could have written it.
+        QCOMPARE(onDisk(h, "SettingSerialSpeed").toString(), QStringLiteral("9600"));
+        QCOMPARE(onDisk(h, "SettingUsePos").toInt(), 1);
+        QCOMPARE(onDisk(h, "SettingUdpPort").toInt(), int(port));
+        // Position is wanted from the host's service by default: leaving asks for it anew.
+        QCOMPARE(locationStarts(), startsBefore + 1);
         // Every fix is gone and a new receiver runs; the old one ends by itself.
         QCOMPARE(h.backEnd()->getPosition(), QPointF(0.0, 0.0));
         QVERIFY(h.backEnd()->getReceiver());
