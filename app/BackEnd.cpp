@@ -177,6 +177,11 @@ double BackEnd::getCurrentPressure()
     return Pressure::None;
 }
 
+bool BackEnd::hasUsablePressure()
+{
+    return !(getCurrentPressure() < Pressure::UsableFrom);
+}
+
 void BackEnd::setPositionData(const QPointF& position, const double& sog, const double& cog,
                               const NmeaSourceType& type)
 {
@@ -269,7 +274,7 @@ void BackEnd::slot_timerData()
         cogsog = QStringLiteral("no");
 
     const double current = getCurrentPressure();
-    if (current < 600.0) {
+    if (current < Pressure::UsableFrom) {
         stepTickCounter();
         emit noPressureAvailable();
         emit dataUpdated(date, position, cogsog, QStringLiteral("NONE"));
