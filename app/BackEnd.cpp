@@ -179,6 +179,11 @@ double BackEnd::getCurrentPressure()
     return Pressure::None;
 }
 
+bool BackEnd::hasUsablePressure()
+{
+    return !(getCurrentPressure() < Pressure::UsableFrom);
+}
+
 void BackEnd::setPositionData(const QPointF& position, const double& sog, const double& cog,
                               const NmeaSourceType& type)
 {
@@ -271,7 +276,7 @@ void BackEnd::slot_timerData()
         cogsog = QStringLiteral("no");
 
     const double current = getCurrentPressure();
-    if (current < 600.0) {
+    if (current < Pressure::UsableFrom) {
         stepTickCounter();
         emit noPressureAvailable();
         emit dataUpdated(date, position, cogsog, QStringLiteral("NONE"));

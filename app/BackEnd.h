@@ -93,6 +93,8 @@ public slots:
 
 public:
     Q_INVOKABLE double getCurrentPressure();
+    // Whether the tick would take getCurrentPressure() as a reading.
+    Q_INVOKABLE bool hasUsablePressure();
     Q_INVOKABLE QVariant getSetting(QString key, QVariant def);
     Q_INVOKABLE void setSetting(QString key, QVariant val);
     Q_INVOKABLE QString getFormatedPressure(int unit, double offset, int levelType, double levelValue);

@@ -203,54 +203,84 @@ Item {
             Item {
                 Layout.fillWidth: true
             }
-            // The span on the chart as a barogram for the logbook, a PDF shown once written.
-            ToolButton {
-                id: buttonBarogram
-                objectName: "buttonBarogram"
-                Layout.alignment: Qt.AlignBottom
-                text: qsTranslate("BaroH", "Barogram")
-                font.capitalization: Font.MixedCase
-                ToolTip.visible: hovered
-                ToolTip.text: qsTranslate("BaroH", "Save a barogram of this span")
-                Accessible.name: ToolTip.text
-                onClicked: dataSource.exportBarogram(page.chartNb)
-            }
         }
 
         Rectangle {
             id: buttonBand
             objectName: "buttonBand"
             Layout.fillWidth: true
-            Layout.preferredHeight: buttonRow.height * buttonRow.scale
+            Layout.preferredHeight: bandLayout.implicitHeight
             color: Material.background
 
-            Row {
-                id: buttonRow
-                objectName: "buttonRow"
-                anchors.centerIn: parent
-                scale: wwww.width * 8.5 > page.width ? page.width / (wwww.width * 8.5) : 1.0
+            // The range buttons stay centred on the page. The barogram's button takes the
+            // band's right end while there is room for it on both sides of them, so that
+            // they stay centred, and a line of its own below them when there is not.
+            GridLayout {
+                id: bandLayout
+                objectName: "bandLayout"
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.top: parent.top
+                columns: besideRange ? 3 : 1
+                columnSpacing: 0
+                rowSpacing: 0
 
-                // One button per table, in the log's order: its label, the axis' start in
-                // the axis' unit, the label format, the ticks and the minor ticks.
-                Repeater {
-                    model: [
-                        { name: "30m", label: QT_TR_NOOP("30m"), min: -30, format: QT_TR_NOOP("%dm"), ticks: 7, minor: 0 },
-                        { name: "3h", label: QT_TR_NOOP("3h"), min: -3, format: QT_TR_NOOP("%dh"), ticks: 4, minor: 1 },
-                        { name: "6h", label: QT_TR_NOOP("6h"), min: -6, format: QT_TR_NOOP("%dh"), ticks: 7, minor: 0 },
-                        { name: "12h", label: QT_TR_NOOP("12h"), min: -12, format: QT_TR_NOOP("%dh"), ticks: 7, minor: 0 },
-                        { name: "1d", label: QT_TR_NOOP("1d"), min: -24, format: QT_TR_NOOP("%dh"), ticks: 7, minor: 0 },
-                        { name: "2d", label: QT_TR_NOOP("2d"), min: -48, format: QT_TR_NOOP("%dh"), ticks: 7, minor: 0 },
-                        { name: "4d", label: QT_TR_NOOP("4d"), min: -4, format: QT_TR_NOOP("%dd"), ticks: 5, minor: 1 },
-                        { name: "8d", label: QT_TR_NOOP("8d"), min: -8, format: QT_TR_NOOP("%dd"), ticks: 5, minor: 1 },
-                        { name: "16d", label: QT_TR_NOOP("16d"), min: -16, format: QT_TR_NOOP("%dd"), ticks: 5, minor: 1 }
-                    ]
+                readonly property real sideWidth: buttonBarogram.implicitWidth + 2 * barogramMargin
+                readonly property real barogramMargin: 8
+                readonly property bool besideRange: page.width - buttonRow.width * buttonRow.scale >= 2 * sideWidth
 
-                    M_ToolButton {
-                        objectName: "button" + modelData.name
-                        text: qsTr(modelData.label)
-                        checked: index === 0
-                        onClicked: showRange(index, modelData.min, qsTr(modelData.format), modelData.ticks, modelData.minor)
+                // Balances the button's side.
+                Item {
+                    visible: bandLayout.besideRange
+                    Layout.preferredWidth: bandLayout.sideWidth
+                }
+                Item {
+                    Layout.fillWidth: true
+                    Layout.preferredHeight: buttonRow.height * buttonRow.scale
+
+                    Row {
+                        id: buttonRow
+                        objectName: "buttonRow"
+                        anchors.centerIn: parent
+                        scale: wwww.width * 8.5 > page.width ? page.width / (wwww.width * 8.5) : 1.0
+
+                        // One button per table, in the log's order: its label, the axis' start in
+                        // the axis' unit, the label format, the ticks and the minor ticks.
+                        Repeater {
+                            model: [
+                                { name: "30m", label: QT_TR_NOOP("30m"), min: -30, format: QT_TR_NOOP("%dm"), ticks: 7, minor: 0 },
+                                { name: "3h", label: QT_TR_NOOP("3h"), min: -3, format: QT_TR_NOOP("%dh"), ticks: 4, minor: 1 },
+                                { name: "6h", label: QT_TR_NOOP("6h"), min: -6, format: QT_TR_NOOP("%dh"), ticks: 7, minor: 0 },
+                                { name: "12h", label: QT_TR_NOOP("12h"), min: -12, format: QT_TR_NOOP("%dh"), ticks: 7, minor: 0 },
+                                { name: "1d", label: QT_TR_NOOP("1d"), min: -24, format: QT_TR_NOOP("%dh"), ticks: 7, minor: 0 },
+                                { name: "2d", label: QT_TR_NOOP("2d"), min: -48, format: QT_TR_NOOP("%dh"), ticks: 7, minor: 0 },
+                                { name: "4d", label: QT_TR_NOOP("4d"), min: -4, format: QT_TR_NOOP("%dd"), ticks: 5, minor: 1 },
+                                { name: "8d", label: QT_TR_NOOP("8d"), min: -8, format: QT_TR_NOOP("%dd"), ticks: 5, minor: 1 },
+                                { name: "16d", label: QT_TR_NOOP("16d"), min: -16, format: QT_TR_NOOP("%dd"), ticks: 5, minor: 1 }
+                            ]
+
+                            M_ToolButton {
+                                objectName: "button" + modelData.name
+                                text: qsTr(modelData.label)
+                                checked: index === 0
+                                onClicked: showRange(index, modelData.min, qsTr(modelData.format), modelData.ticks, modelData.minor)
+                            }
+                        }
                     }
+                }
+                // The span on the chart as a barogram for the logbook, a PDF shown once written.
+                Button {
+                    id: buttonBarogram
+                    objectName: "buttonBarogram"
+                    Layout.alignment: Qt.AlignRight | Qt.AlignVCenter
+                    Layout.leftMargin: bandLayout.barogramMargin
+                    Layout.rightMargin: bandLayout.barogramMargin
+                    text: qsTranslate("BaroH", "Barogram")
+                    font.capitalization: Font.MixedCase
+                    ToolTip.visible: hovered
+                    ToolTip.text: qsTranslate("BaroH", "Save a barogram of this span")
+                    Accessible.name: ToolTip.text
+                    onClicked: dataSource.exportBarogram(page.chartNb)
                 }
             }
         }

@@ -53,6 +53,12 @@ ScrollView {
     function showPressure() {
         if (!hasBackend)
             return
+        // Departs on purpose from the rule that the preview shows whatever number the
+        // no-reading mark gives ("-2000.00 mb"): with no reading it shows a dash.
+        if (!backend.hasUsablePressure()) {
+            stationPressure.text = "\u2013"
+            return
+        }
         stationPressure.text = backend.getFormatedPressure(grid.pressureUnit, backend.convertToHpa(offset.realValue),
                                                            grid.pressureLevel, grid.elevationMetres())
     }

@@ -21,7 +21,12 @@ const QString LogFile = QStringLiteral("brinholt.db");
 const QString SettingsFile = QStringLiteral("brinholt.ini");
 const QString Connection = QStringLiteral("DEMOLOG");
 
-double weather(double hours)
+// Hours before the end in which the device's weather stands alone, and the hours over
+// which the passing systems then come in.
+constexpr double DeviceHours = 6.0;
+constexpr double BlendHours = 6.0;
+
+double systems(double hours)
 {
     return 7.0 * std::sin(2.0 * Pi * hours / 97.0 + 0.8) + 4.0 * std::sin(2.0 * Pi * hours / 41.0 + 2.1)
             + 2.5 * std::sin(2.0 * Pi * hours / 17.0 + 0.3) + 0.6 * std::sin(2.0 * Pi * hours / 12.0)
@@ -49,8 +54,19 @@ bool createTables(const QString& folder, QStringList* names, QList<int>* interva
     return QFileInfo::exists(QDir(folder).filePath(LogFile));
 }
 
+// From 0 at DeviceHours before the end to 1 BlendHours further back, flat at both ends.
+double systemsShare(double hours)
+{
+    const double into = (-hours - DeviceHours) / BlendHours;
+    if (into <= 0.0)
+        return 0.0;
+    if (into >= 1.0)
+        return 1.0;
+    return (1.0 - std::cos(Pi * into)) / 2.0;
+}
+
 bool fill(const QString& path, const QStringList& names, const QList<int>& intervals, qint64 end, double base,
-          QString* error)
+          DeviceSimulator::Scenario scenario, QString* error)
 {
     const QVector<QVector<qint64>> times = DemoLog::replaySixteenDays(end, intervals);
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), Connection);
@@ -67,7 +83,7 @@ bool fill(const QString& path, const QStringList& names, const QList<int>& inter
                               .arg(names.at(table)));
         for (const qint64 time : times.at(table)) {
             query.addBindValue(time);
-            query.addBindValue(DemoLog::pressureAt(time, end, base));
+            query.addBindValue(DemoLog::pressureAt(time, end, base, scenario));
             if (!query.exec()) {
                 *error = query.lastError().text();
                 db.rollback();
@@ -107,12 +123,15 @@ QVector<QVector<qint64>> DemoLog::replaySixteenDays(qint64 end, const QList<int>
     return written;
 }
 
-double DemoLog::pressureAt(qint64 time, qint64 end, double base)
+double DemoLog::pressureAt(qint64 time, qint64 end, double base, DeviceSimulator::Scenario scenario)
 {
-    return base + weather((time - end) / 3600.0) - weather(0.0);
+    const double hours = (time - end) / 3600.0;
+    const double device = DeviceSimulator::weather(scenario, static_cast<double>(time - end));
+    return base + device + systemsShare(hours) * (systems(hours) - systems(-DeviceHours));
 }
 
-bool DemoLog::write(const QString& folder, qint64 end, double base, const QString& serialPort, QString* error)
+bool DemoLog::write(const QString& folder, qint64 end, double base, DeviceSimulator::Scenario scenario,
+                    const QString& serialPort, QString* error)
 {
     const QDir dir(folder);
     if (!QDir().mkpath(folder)) {
@@ -129,7 +148,7 @@ bool DemoLog::write(const QString& folder, qint64 end, double base, const QStrin
         *error = QStringLiteral("the log could not be made in %1").arg(folder);
         return false;
     }
-    const bool filled = fill(dir.absoluteFilePath(LogFile), names, intervals, end, base, error);
+    const bool filled = fill(dir.absoluteFilePath(LogFile), names, intervals, end, base, scenario, error);
     QSqlDatabase::removeDatabase(Connection);
     if (!filled)
         return false;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "tools/DeviceSimulator.h"
+
 #include <QtCore/QList>
 #include <QtCore/QString>
 #include <QtCore/QVector>
@@ -19,12 +21,14 @@ public:
     // table's retention is applied at its last write. `intervals` in table order.
     static QVector<QVector<qint64>> replaySixteenDays(qint64 end, const QList<int>& intervals);
 
-    // The weather: a few passing systems and the twice-daily tide, arriving at exactly
-    // `base` hPa at `end`, so that a device starting at `base` carries on from it.
-    static double pressureAt(qint64 time, qint64 end, double base);
+    // The weather at `time`: over the last hours the simulated device's own `scenario`, as
+    // it would have measured it, so that a device started at `end` on `base` hPa carries
+    // on from the last row without a step or a bend; further back a few passing systems.
+    static double pressureAt(qint64 time, qint64 end, double base, DeviceSimulator::Scenario scenario);
 
     // Makes the log in `folder` with the application's own tables and fills it, and when
     // `serialPort` is given, settings that read the device there. Refuses a folder that
     // already holds a log. False, with `error` set, on any failure.
-    static bool write(const QString& folder, qint64 end, double base, const QString& serialPort, QString* error);
+    static bool write(const QString& folder, qint64 end, double base, DeviceSimulator::Scenario scenario,
+                      const QString& serialPort, QString* error);
 };

@@ -110,25 +110,28 @@ bool DeviceSimulator::comeBack()
 
 double DeviceSimulator::currentPressure() const
 {
-    // One sample is one second of weather, whatever the interval: a slow synoptic swing,
-    // the twice-daily atmospheric tide and a bounded random drift.
-    const double t = static_cast<double>(samples);
-    const double raw = options.basePressure + 6.0 * std::sin(2.0 * Pi * t / (36.0 * 3600.0))
-            + 1.2 * std::sin(2.0 * Pi * t / (12.0 * 3600.0)) + drift + scenarioOffset(options.scenario, t);
+    // One sample is one second of weather, whatever the interval, with a bounded drift.
+    const double raw = options.basePressure + weather(options.scenario, static_cast<double>(samples)) + drift;
     // Slope in millibars per bar, pivoting on the reference pressure.
     return raw + calOffset + calSlope * (raw - calReference) / 1000.0;
 }
 
-double DeviceSimulator::scenarioOffset(Scenario scenario, double seconds)
+double DeviceSimulator::weather(Scenario scenario, double seconds)
 {
-    if (scenario != Scenario::Depression || seconds <= 0.0)
-        return 0.0;
-    // One smooth trough: the fall starts gently, is steepest after three hours, and the
-    // pressure is back where it started once the low has gone by.
-    const double span = DepressionHours * 3600.0;
-    if (seconds >= span)
-        return 0.0;
-    return -DepressionDepth * (1.0 - std::cos(2.0 * Pi * seconds / span)) / 2.0;
+    // The twice-daily atmospheric tide, under any weather.
+    const double tide = 1.2 * std::sin(2.0 * Pi * seconds / (12.0 * 3600.0));
+    if (scenario == Scenario::Steady)
+        return tide + 6.0 * std::sin(2.0 * Pi * seconds / (36.0 * 3600.0));
+    // One smooth trough, `since` seconds after its fall began: gentle at first, steepest a
+    // quarter of the way through, and back where it started once the low has gone by.
+    const auto trough = [](double since) {
+        const double span = DepressionHours * 3600.0;
+        if (since <= 0.0 || since >= span)
+            return 0.0;
+        return -DepressionDepth * (1.0 - std::cos(2.0 * Pi * since / span)) / 2.0;
+    };
+    const double lead = DepressionLeadHours * 3600.0;
+    return tide + trough(seconds + lead) - trough(lead);
 }
 
 bool DeviceSimulator::scenarioFromName(const QString& name, Scenario* scenario)
@@ -171,7 +174,9 @@ QByteArray DeviceSimulator::noiseBytes(int count)
 void DeviceSimulator::sendPressure()
 {
     ++samples;
-    std::normal_distribution<double> step(0.0, 0.02);
+    // About a tenth of a hectopascal in an hour: a sensor's wander, never enough to raise
+    // or end a pressure-fall warning by itself.
+    std::normal_distribution<double> step(0.0, 0.002);
     drift = qBound(-4.0, drift + step(random), 4.0);
     if (options.silent || options.noPressure || masterFd < 0)
         return;

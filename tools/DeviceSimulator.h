@@ -21,7 +21,7 @@ public:
     // The weather the device measures.
     enum class Scenario {
         Steady,     // a slow swing, the tide and a random drift
-        Depression, // the same, with a low passing over the next hours: a fall, then a rise
+        Depression, // a low already coming in: the fall goes on for hours, then a rise
     };
 
     struct Options
@@ -73,12 +73,18 @@ public:
     // The pressure the device measures now, calibration applied, in hectopascals.
     double currentPressure() const;
 
-    // What the scenario adds to the steady weather `seconds` after the start, in hPa.
-    static double scenarioOffset(Scenario scenario, double seconds);
+    // The weather `seconds` after the start, in hPa from the base pressure, without the
+    // drift: nothing at the start itself. Before it (negative seconds) it is what the
+    // device would have measured then, which is how the demo's log ends.
+    static double weather(Scenario scenario, double seconds);
     static bool scenarioFromName(const QString& name, Scenario* scenario);
 
-    static constexpr double DepressionDepth = 9.0;
-    static constexpr double DepressionHours = 12.0;
+    // The low takes the place of the slow swing: a trough this deep and this long, whose
+    // fall began this long before the start. The last three hours before the start then
+    // fall by about 4.4 hPa (the pressure-fall warning) and no hour by 2 hPa (the alarm).
+    static constexpr double DepressionDepth = 12.0;
+    static constexpr double DepressionHours = 18.0;
+    static constexpr double DepressionLeadHours = 5.0;
 
     static QByteArray checksum(const QByteArray& body);
     static QByteArray sentence(const QByteArray& body);

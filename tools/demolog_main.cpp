@@ -2,7 +2,7 @@
 // brinholt-demolog: a fresh data folder with sixteen days of made-up history in its log,
 // and settings that read the device simulator.
 //
-//   brinholt-demolog <folder> [--end SECS] [--pressure HPA] [--serial-port PATH]
+//   brinholt-demolog <folder> [--end SECS] [--pressure HPA] [--scenario NAME] [--serial-port PATH]
 #include "tools/DemoLog.h"
 
 #include <QtCore/QCommandLineParser>
@@ -29,14 +29,23 @@ int main(int argc, char* argv[])
     const QCommandLineOption serialPort(QStringLiteral("serial-port"),
                                         QStringLiteral("Settings that read the pressure device at this path."),
                                         QStringLiteral("path"));
-    parser.addOptions({end, pressure, serialPort});
+    const QCommandLineOption scenario(QStringLiteral("scenario"),
+                                      QStringLiteral("The device simulator's weather that the history runs into: "
+                                                     "steady or depression (steady)."),
+                                      QStringLiteral("name"), QStringLiteral("steady"));
+    parser.addOptions({end, pressure, scenario, serialPort});
     parser.process(app);
     if (parser.positionalArguments().size() != 1)
         parser.showHelp(2);
+    DeviceSimulator::Scenario weather = DeviceSimulator::Scenario::Steady;
+    if (!DeviceSimulator::scenarioFromName(parser.value(scenario), &weather)) {
+        QTextStream(stderr) << "brinholt-demolog: unknown scenario " << parser.value(scenario) << Qt::endl;
+        return 2;
+    }
 
     const qint64 newest = parser.isSet(end) ? parser.value(end).toLongLong() : QDateTime::currentSecsSinceEpoch();
     QString error;
-    if (!DemoLog::write(parser.positionalArguments().constFirst(), newest, parser.value(pressure).toDouble(),
+    if (!DemoLog::write(parser.positionalArguments().constFirst(), newest, parser.value(pressure).toDouble(), weather,
                         parser.value(serialPort), &error)) {
         QTextStream(stderr) << "brinholt-demolog: " << error << Qt::endl;
         return 1;

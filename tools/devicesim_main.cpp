@@ -55,8 +55,8 @@ void addOptions(QCommandLineParser& parser)
             {QStringLiteral("link"), QStringLiteral("Keep a symbolic link at this path pointing at the terminal."),
              QStringLiteral("path")},
             {QStringLiteral("scenario"),
-             QStringLiteral("Weather: steady, or depression (a low passing over the "
-                            "next 12 hours: a fall of 9 hPa, then a rise)."),
+             QStringLiteral("Weather: steady, or depression (a low already coming in: about 4.4 hPa "
+                            "down over the last 3 hours, 4 hPa more over the next 4.5, then a rise)."),
              QStringLiteral("name"), QStringLiteral("steady")},
             {QStringLiteral("silent"), QStringLiteral("Send nothing and answer nothing.")},
             {QStringLiteral("err"), QStringLiteral("Answer every command with ERR.")},

@@ -8,8 +8,10 @@
 namespace Pressure {
 
 // No reading: what a source writes when it stops or loses its link, and what a reading
-// holds before the first one. Any value below 600 hPa counts as no usable pressure.
+// holds before the first one.
 constexpr double None = -2000.0;
+// Any value below this counts as no usable pressure: the tick neither shows nor logs it.
+constexpr double UsableFrom = 600.0;
 
 // The units by their index in the "unitPre" setting.
 enum Unit : int {

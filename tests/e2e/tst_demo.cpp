@@ -11,10 +11,12 @@
 #include <QtSql/QSqlQuery>
 #include <QtTest/QtTest>
 
+#include <cmath>
 #include <csignal>
 
 // The demo as scripts/run --demo starts it, headless: the simulator's readings reach the
-// scratch log, the history is there from the start, and the simulator goes with the window.
+// scratch log and carry on from the history there, the pressure-fall warning shows at once,
+// and the simulator goes with the window.
 class TestDemo : public QObject
 {
     Q_OBJECT
@@ -47,6 +49,25 @@ private:
         }
         QSqlDatabase::removeDatabase("DEMO_TEST");
         return value;
+    }
+
+    // TIME and PRE of the rows of BARO30M after `after`, oldest first.
+    static QVector<QPair<qint64, double>> pressuresAfter(const QString& path, qint64 after)
+    {
+        QVector<QPair<qint64, double>> rows;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "DEMO_TEST");
+            db.setDatabaseName(path);
+            db.setConnectOptions("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=2000");
+            if (db.open()) {
+                QSqlQuery query(db);
+                query.exec(QString("SELECT TIME, PRE FROM BARO30M WHERE TIME > %1 ORDER BY TIME").arg(after));
+                while (query.next())
+                    rows.append({query.value(0).toLongLong(), query.value(1).toDouble()});
+            }
+        }
+        QSqlDatabase::removeDatabase("DEMO_TEST");
+        return rows;
     }
 
     bool waitForOutput(QProcess& proc, QString& output, const QString& text, int timeoutMs)
@@ -121,6 +142,33 @@ private slots:
         }
         QVERIFY2(live >= 3, qPrintable(output));
         QVERIFY(alive(app));
+
+        // The history runs on into the device's readings: from the history's last minute
+        // through the device's first rows, no step bigger than the sentence's resolution
+        // (a tenth of a hPa in the MDA that comes last) and the drift.
+        const QVector<QPair<qint64, double>> rows = pressuresAfter(db, before - 60);
+        QVERIFY(rows.size() > 20);
+        QVERIFY(rows.first().first < started && rows.last().first > started);
+        for (int i = 1; i < rows.size(); ++i)
+            QVERIFY2(std::abs(rows.at(i).second - rows.at(i - 1).second) < 0.15,
+                     qPrintable(QString("%1 then %2 at %3").arg(rows.at(i - 1).second).arg(rows.at(i).second)
+                                        .arg(rows.at(i).first)));
+
+        // The pressure-fall warning shows within the device's first minute: before the
+        // thirtieth tick of 2 s has logged its row. Not the alarm.
+        int rowsAtWarning = -1;
+        timer.restart();
+        while (timer.elapsed() < 90000) {
+            output += QString::fromLocal8Bit(demo.readAll());
+            if (output.contains("pressure fall level Warning")) {
+                rowsAtWarning = scalar(db, QString("SELECT COUNT(*) FROM BARO30M WHERE TIME > %1").arg(started)).toInt();
+                break;
+            }
+            demo.waitForReadyRead(200);
+        }
+        QVERIFY2(rowsAtWarning >= 0, qPrintable(output));
+        QVERIFY2(rowsAtWarning <= 30, qPrintable(QString::number(rowsAtWarning)));
+        QVERIFY2(!output.contains("pressure fall level Alarm"), qPrintable(output));
 
         // The window goes (an orderly end, as closing it gives), and the simulator with it.
         ::kill(pid_t(app), SIGTERM);

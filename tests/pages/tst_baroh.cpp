@@ -3,6 +3,7 @@
 #include "PageHarness.h"
 
 #include "app/BackEnd.h"
+#include "app/TranslationHandler.h"
 #include "log/DataSource.h"
 #include "nmea/NmeaSourceType.h"
 
@@ -37,6 +38,28 @@ public slots:
 
 const QStringList Tables = {"BARO30M", "BARO3H", "BARO6H", "BAR12H", "BARO1D",
                             "BARO2D",  "BARO4D", "BARO8D", "BAR16D"};
+const QStringList RangeButtons = {"button30m", "button3h", "button6h", "button12h", "button1d",
+                                  "button2d",  "button4d", "button8d", "button16d"};
+
+// `front` laid over the opaque `back`.
+QColor over(const QColor& front, const QColor& back)
+{
+    const double a = front.alphaF();
+    return QColor::fromRgbF(a * front.redF() + (1 - a) * back.redF(), a * front.greenF() + (1 - a) * back.greenF(),
+                            a * front.blueF() + (1 - a) * back.blueF());
+}
+
+// The contrast ratio of two opaque colours as the accessibility guidelines define it.
+double contrast(const QColor& one, const QColor& other)
+{
+    const auto luminance = [](const QColor& c) {
+        const auto linear = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+        return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
+    };
+    const double a = luminance(one);
+    const double b = luminance(other);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
 
 QString trendImage(const QString& name)
 {
@@ -819,6 +842,89 @@ private slots:
         QCOMPARE(acknowledge->property("text").toString(), QStringLiteral("Acknowledged"));
         QVERIFY(!acknowledge->isEnabled());
         QCOMPARE(h.messages().count(QStringLiteral("pressure fall level Warning 3h 4.5 1h none")), 1);
+        checkClean(h);
+    }
+
+    void barogramButtonStandsInTheBand_data()
+    {
+        QTest::addColumn<int>("theme");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("beside");
+        const QSize wide(800, 600);
+        const QSize narrow(420, 700);
+        QTest::newRow("light, wide: beside the range buttons") << 0 << "en" << wide << true;
+        QTest::newRow("dark, wide, French") << 1 << "fr" << wide << true;
+        QTest::newRow("light, narrow, French: a line of its own") << 0 << "fr" << narrow << false;
+        QTest::newRow("dark, narrow") << 1 << "en" << narrow << false;
+    }
+
+    // A real button in the band of the range buttons, whole and readable, over nothing else.
+    void barogramButtonStandsInTheBand()
+    {
+        QFETCH(int, theme);
+        QFETCH(QString, language);
+        QFETCH(QSize, size);
+        QFETCH(bool, beside);
+        PageHarness h;
+        QVERIFY(copyCatalogues(h.folder().path()));
+        h.writeSetting("theme", theme);
+        QVERIFY(startMain(h, size, language));
+        QQuickItem* page = h.item("baroH");
+        QVERIFY(page && h.chart());
+        QCOMPARE(isDark(h), theme == 1);
+        QQuickItem* button = pageItem(h, "buttonBarogram");
+        QVERIFY(button);
+        QCOMPARE(button->property("text").toString(), QCoreApplication::translate("BaroH", "Barogram"));
+        if (language == "fr")
+            QVERIFY(button->property("text").toString() != QStringLiteral("Barogram"));
+
+        // A raised button with a plate of its own, not a tool button's bare text.
+        QVERIFY(button->inherits("QQuickButton") && !button->inherits("QQuickToolButton"));
+        QVERIFY(!button->property("flat").toBool());
+        auto* plate = button->property("background").value<QQuickItem*>();
+        QVERIFY(plate && plate->isVisible() && plate->width() > 0 && plate->height() > 0);
+        QQuickItem* band = pageItem(h, "buttonBand");
+        QVERIFY(band);
+        // The plate stands out from the band, and the text from the plate.
+        const QColor bandColour = band->property("color").value<QColor>();
+        const QColor plateColour = over(plate->property("color").value<QColor>(), bandColour);
+        QVERIFY2(contrast(plateColour, bandColour) >= 1.2, qPrintable(plateColour.name() + " on " + bandColour.name()));
+        const QColor ink = over(button->property("contentItem").value<QQuickItem*>()->property("color").value<QColor>(),
+                                plateColour);
+        QVERIFY2(contrast(ink, plateColour) >= 4.5, qPrintable(ink.name() + " on " + plateColour.name()));
+        // The whole text fits.
+        QVERIFY(button->width() >= button->implicitWidth());
+
+        // Laid out in the band, not floating over the page.
+        QQuickItem* layout = pageItem(h, "bandLayout");
+        QVERIFY(layout && layout->inherits("QQuickGridLayout"));
+        QCOMPARE(button->parentItem(), layout);
+        const QRectF box = button->mapRectToScene(QRectF(0, 0, button->width(), button->height()));
+        const QRectF pageBox = page->mapRectToScene(QRectF(0, 0, page->width(), page->height()));
+        const QRectF bandBox = band->mapRectToScene(QRectF(0, 0, band->width(), band->height()));
+        QVERIFY2(bandBox.contains(box), qPrintable(QString("%1,%2 %3x%4").arg(box.x()).arg(box.y()).arg(box.width()).arg(box.height())));
+        QVERIFY(pageBox.contains(box));
+        auto* chart = qobject_cast<QQuickItem*>(h.chart());
+        QVERIFY(!box.intersects(chart->mapRectToScene(QRectF(0, 0, chart->width(), chart->height()))));
+        QRectF ranges;
+        for (const QString& name : RangeButtons) {
+            QQuickItem* range = pageItem(h, name);
+            QVERIFY(range);
+            const QRectF rangeBox = range->mapRectToScene(QRectF(0, 0, range->width(), range->height()));
+            QVERIFY2(!box.intersects(rangeBox), qPrintable(name));
+            ranges = ranges.united(rangeBox);
+        }
+        // The range buttons stay centred on the page.
+        QVERIFY(std::abs(ranges.center().x() - pageBox.center().x()) < 1.0);
+        if (beside) {
+            QVERIFY(box.center().y() > ranges.top() && box.center().y() < ranges.bottom());
+            QVERIFY(box.left() >= ranges.right());
+        } else {
+            QVERIFY(box.top() >= ranges.bottom());
+        }
+        if (language != "en")
+            h.translations().selectLanguage("en");
         checkClean(h);
     }
 

@@ -404,6 +404,41 @@ private slots:
         checkClean(h);
     }
 
+    // No number is made up from the no-reading mark: the preview shows a dash until the tick
+    // would take a reading, and again once the reading is gone.
+    void previewShowsADashWithoutAReading()
+    {
+        PageHarness h;
+        QVERIFY(startMain(h));
+        QQuickItem* page = openSettings(h);
+        QVERIFY(page);
+        const QString dash = QStringLiteral("\u2013");
+        QCOMPARE(prop(page, "stationPressure", "text").toString(), dash);
+        // The choices that move the preview leave the dash alone.
+        set(page, "offset", "value", 150);
+        QCOMPARE(prop(page, "stationPressure", "text").toString(), dash);
+        set(page, "comboPressureLevel", "currentIndex", 1);
+        QCOMPARE(prop(page, "stationPressure", "text").toString(), dash);
+
+        // A live reading the tick refuses is no reading either.
+        h.sample(T0, 500.0);
+        QCOMPARE(h.backEnd()->getCurrentPressure(), 500.0);
+        QCOMPARE(prop(page, "stationPressure", "text").toString(), dash);
+
+        // The page follows the tick that tells it: the first one that logs a row.
+        QSignalSpy updates(h.backEnd(), &BackEnd::dataUpdated);
+        qint64 t = T0;
+        while (updates.isEmpty() && t < T0 + 60)
+            h.sample(t += 2, 1000.0);
+        QCOMPARE(updates.count(), 1);
+        QCOMPARE(prop(page, "stationPressure", "text").toString(), QStringLiteral("1001.50 mb"));
+
+        h.sampleWithoutPressure(t + 2);
+        QCOMPARE(updates.count(), 2);
+        QCOMPARE(prop(page, "stationPressure", "text").toString(), dash);
+        checkClean(h);
+    }
+
     void themeAppliesAtOnce()
     {
         HostTheme host;

@@ -1,7 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/BackEnd.h"
 #include "log/DataSource.h"
+#include "log/PressureWarning.h"
+#include "tests/support/TestDataFolder.h"
 #include "tools/DemoLog.h"
+#include "tools/DeviceSimulator.h"
+#include "util/Clock.h"
 
+#include <QtCore/QDateTime>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QProcess>
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
@@ -11,13 +18,21 @@
 
 #include <cmath>
 
-// The demo's sixteen days of history: the counter replayed, the weather, and the tool.
+#include <fcntl.h>
+#include <unistd.h>
+
+using Scenario = DeviceSimulator::Scenario;
+Q_DECLARE_METATYPE(DeviceSimulator::Scenario)
+
+// The demo's sixteen days of history: the counter replayed, the weather, the tool, and how
+// the history meets the simulated device.
 class TestDemoLog : public QObject
 {
     Q_OBJECT
 
 private:
     static constexpr qint64 End = 1793887402;
+    static constexpr double Base = 1009.0;
     const QList<int> intervals = {2, 6, 12, 24, 48, 96, 192, 384, 768};
     const QStringList names = {"BARO30M", "BARO3H", "BARO6H", "BAR12H", "BARO1D",
                                "BARO2D",  "BARO4D", "BARO8D", "BAR16D"};
@@ -40,6 +55,39 @@ private:
         }
         QSqlDatabase::removeDatabase("DEMOLOG_TEST");
         return values;
+    }
+
+    // The tool run on `folder` for the demo's weather, its last row at `end`.
+    static bool makeDemoLog(const QString& folder, qint64 end)
+    {
+        QProcess proc;
+        proc.start(tool(), {folder, "--end", QString::number(end), "--pressure", QString::number(Base), "--scenario",
+                            "depression"});
+        return proc.waitForFinished(60000) && proc.exitStatus() == QProcess::NormalExit && proc.exitCode() == 0;
+    }
+
+    // The first pressure the simulated device sends, read off its terminal as the
+    // application reads it: the XDR sentence, in bars.
+    static double firstReading(DeviceSimulator& device)
+    {
+        const int fd = ::open(QFile::encodeName(device.terminalPath()).constData(), O_RDONLY | O_NOCTTY | O_NONBLOCK);
+        if (fd < 0)
+            return 0.0;
+        QByteArray received;
+        QElapsedTimer timer;
+        timer.start();
+        while (!received.contains("\r\n") && timer.elapsed() < 10000) {
+            QTest::qWait(10);
+            char chunk[256];
+            const ssize_t n = ::read(fd, chunk, sizeof chunk);
+            if (n > 0)
+                received.append(chunk, static_cast<int>(n));
+        }
+        ::close(fd);
+        const QList<QByteArray> fields = received.left(received.indexOf("\r\n")).split(',');
+        if (fields.size() < 3 || fields.at(0) != "$WIXDR")
+            return 0.0;
+        return fields.at(2).toDouble() * 1000.0;
     }
 
 private slots:
@@ -84,14 +132,22 @@ private slots:
         QCOMPARE(written.at(8).first(), End - 2 * (DemoLog::SixteenDays / 2 - 1));
     }
 
+    void theWeatherArrivesAtTheDevicesPressure_data()
+    {
+        QTest::addColumn<Scenario>("scenario");
+        QTest::newRow("steady") << Scenario::Steady;
+        QTest::newRow("depression") << Scenario::Depression;
+    }
+
     void theWeatherArrivesAtTheDevicesPressure()
     {
-        QCOMPARE(DemoLog::pressureAt(End, End, 1013.25), 1013.25);
-        QCOMPARE(DemoLog::pressureAt(End, End, 1020.0), 1020.0);
+        QFETCH(Scenario, scenario);
+        QCOMPARE(DemoLog::pressureAt(End, End, 1013.25, scenario), 1013.25);
+        QCOMPARE(DemoLog::pressureAt(End, End, 1020.0, scenario), 1020.0);
         double low = 2000.0;
         double high = 0.0;
         for (qint64 t = End - DemoLog::SixteenDays; t <= End; t += 600) {
-            const double p = DemoLog::pressureAt(t, End, 1013.25);
+            const double p = DemoLog::pressureAt(t, End, 1013.25, scenario);
             low = std::min(low, p);
             high = std::max(high, p);
         }
@@ -99,6 +155,82 @@ private slots:
         // barometer shows at sea.
         QVERIFY2(high - low > 10.0, qPrintable(QString("%1 %2").arg(low).arg(high)));
         QVERIFY(low > 970.0 && high < 1050.0);
+    }
+
+    // The last hours are what the device would have measured: the curve runs on into its
+    // readings with neither a step nor a bend, and nowhere jumps further back.
+    void theLastHoursAreTheDevicesOwnWeather_data() { theWeatherArrivesAtTheDevicesPressure_data(); }
+
+    void theLastHoursAreTheDevicesOwnWeather()
+    {
+        QFETCH(Scenario, scenario);
+        for (qint64 age = 0; age <= 6 * 3600; age += 60)
+            QCOMPARE(DemoLog::pressureAt(End - age, End, Base, scenario),
+                     Base + DeviceSimulator::weather(scenario, -double(age)));
+        double previous = DemoLog::pressureAt(End - DemoLog::SixteenDays, End, Base, scenario);
+        for (qint64 t = End - DemoLog::SixteenDays + 60; t <= End; t += 60) {
+            const double p = DemoLog::pressureAt(t, End, Base, scenario);
+            QVERIFY2(std::abs(p - previous) < 0.1, qPrintable(QString("%1 at %2").arg(p - previous).arg(End - t)));
+            previous = p;
+        }
+    }
+
+    // The demo's log, made by the tool, ends on the simulated device's first reading.
+    void theDemoLogJoinsTheSimulatedDevice()
+    {
+        QTemporaryDir folder;
+        const qint64 end = QDateTime::currentSecsSinceEpoch();
+        QVERIFY(makeDemoLog(folder.path(), end));
+        const double last = query(folder.filePath("brinholt.db"), QString("SELECT PRE FROM BARO30M WHERE TIME = %1 "
+                                                                          "AND TIME = (SELECT MAX(TIME) FROM BARO30M)")
+                                                                          .arg(end))
+                                    .value(0)
+                                    .toDouble();
+        QCOMPARE(last, Base);
+
+        DeviceSimulator::Options options;
+        options.scenario = Scenario::Depression;
+        options.basePressure = Base;
+        options.intervalMs = 50;
+        DeviceSimulator device(options);
+        QVERIFY(device.open());
+        const double first = firstReading(device);
+        // Within what the sentence carries (hundredths of a hPa) and the device's drift.
+        QVERIFY2(std::abs(first - last) < 0.02, qPrintable(QString("%1 after %2").arg(first).arg(last)));
+    }
+
+    // The demo's point: the log and the device's first minute fall quickly enough for the
+    // pressure-fall warning, and never fast enough for the alarm. The real log over the
+    // tool's file, fed the device's weather at each tick of its first minute.
+    void theDemoWarnsWithinItsFirstMinuteWithoutTheAlarm()
+    {
+        TestDataFolder folder;
+        QVERIFY(makeDemoLog(folder.path(), End));
+        {
+            BackEnd back{BackEnd::SettingsOnly()};
+            DataSource log(nullptr);
+            dataSource = &log;
+            PressureWarning* warning = log.getWarning();
+            QCOMPARE(warning->getLevel(), int(PressureWarning::None));
+            qint64 warnedAt = 0;
+            for (qint64 after = 2; after <= 60; after += 2) {
+                Clock::setFixedSecsSinceEpoch(End + after);
+                QVERIFY(log.addData(int(after), 0.0, 0.0, 0.0, 0.0,
+                                    Base + DeviceSimulator::weather(Scenario::Depression, double(after))));
+                QVERIFY2(warning->getLevel() != PressureWarning::Alarm, qPrintable(QString::number(after)));
+                if (!warnedAt && warning->getLevel() == PressureWarning::Warning)
+                    warnedAt = after;
+            }
+            QVERIFY2(warnedAt > 0, qPrintable(QString("3h %1 1h %2").arg(warning->getFall3h()).arg(warning->getFall1h())));
+            QCOMPARE(warning->getLevel(), int(PressureWarning::Warning));
+            QVERIFY(warning->getFall3h() >= 3.6 && warning->getFall3h() <= 6.0);
+            QVERIFY(warning->getFall1h() < 2.0);
+            dataSource = nullptr;
+        }
+        backend = nullptr;
+        Clock::reset();
+        QSqlDatabase::removeDatabase(QStringLiteral("DB_BRINHOLT"));
+        QSqlDatabase::removeDatabase(QStringLiteral("DB_BRINHOLT_SERVICE"));
     }
 
     void theToolFillsAFreshFolder()

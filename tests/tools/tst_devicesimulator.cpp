@@ -6,6 +6,7 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
+#include <algorithm>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -15,33 +16,46 @@ class TestDeviceSimulator : public QObject
     Q_OBJECT
 
 private slots:
-    void aDepressionFallsThenRises()
+    // The low is under way when the device starts: it falls on for hours, bottoms out, and
+    // rises back past where it started. It is quick enough for the pressure-fall warning
+    // and never for the alarm.
+    void aDepressionFallsOnThenRises()
     {
         using S = DeviceSimulator::Scenario;
-        QCOMPARE(DeviceSimulator::scenarioOffset(S::Depression, 0.0), 0.0);
-        QCOMPARE(DeviceSimulator::scenarioOffset(S::Depression, 6 * 3600.0), -DeviceSimulator::DepressionDepth);
-        QVERIFY(qAbs(DeviceSimulator::scenarioOffset(S::Depression, 12 * 3600.0)) < 1e-9);
-        // Several hPa within the first hours, falling all the way down to the low...
-        QVERIFY(DeviceSimulator::scenarioOffset(S::Depression, 3 * 3600.0) < -4.0);
-        double previous = 0.0;
-        for (int minute = 1; minute <= 360; ++minute) {
-            const double now = DeviceSimulator::scenarioOffset(S::Depression, minute * 60.0);
-            QVERIFY(now < previous);
-            previous = now;
+        const auto at = [](double hours) { return DeviceSimulator::weather(S::Depression, hours * 3600.0); };
+        QCOMPARE(at(0.0), 0.0);
+        const double fall3h = at(-3.0) - at(0.0);
+        QVERIFY2(fall3h >= 3.6 + 0.5 && fall3h <= 6.0 - 0.5, qPrintable(QString::number(fall3h)));
+        double lowest = 0.0;
+        double lowestAt = 0.0;
+        for (int minute = -8 * 60; minute <= 20 * 60; ++minute) {
+            const double hours = minute / 60.0;
+            QVERIFY2(at(hours - 1.0) - at(hours) < 2.0 - 0.4, qPrintable(QString::number(hours)));
+            QVERIFY2(at(hours - 3.0) - at(hours) < 6.0 - 1.0, qPrintable(QString::number(hours)));
+            if (at(hours) < lowest) {
+                lowest = at(hours);
+                lowestAt = hours;
+            }
         }
-        // ...then rising back.
-        for (int minute = 361; minute <= 720; ++minute) {
-            const double now = DeviceSimulator::scenarioOffset(S::Depression, minute * 60.0);
-            QVERIFY(now > previous);
-            previous = now;
-        }
-        QCOMPARE(DeviceSimulator::scenarioOffset(S::Depression, 30 * 3600.0), 0.0);
+        // Several hPa further down some hours later, then back up past the start.
+        QVERIFY2(lowest < -3.0, qPrintable(QString::number(lowest)));
+        QVERIFY2(lowestAt > 3.0 && lowestAt < 7.0, qPrintable(QString::number(lowestAt)));
+        QVERIFY(at(12.0) > 0.0);
     }
 
-    void steadyWeatherAddsNothing()
+    void steadyWeatherSwingsAroundTheBase()
     {
-        for (double s : {0.0, 1.0, 3600.0, 6 * 3600.0, 1e7})
-            QCOMPARE(DeviceSimulator::scenarioOffset(DeviceSimulator::Scenario::Steady, s), 0.0);
+        using S = DeviceSimulator::Scenario;
+        QCOMPARE(DeviceSimulator::weather(S::Steady, 0.0), 0.0);
+        double low = 0.0;
+        double high = 0.0;
+        for (int minute = -36 * 60; minute <= 36 * 60; minute += 10) {
+            const double w = DeviceSimulator::weather(S::Steady, minute * 60.0);
+            low = std::min(low, w);
+            high = std::max(high, w);
+        }
+        QVERIFY(low < -5.0 && low >= -7.2);
+        QVERIFY(high > 5.0 && high <= 7.2);
     }
 
     void scenariosByName()
