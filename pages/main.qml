@@ -146,6 +146,10 @@ ApplicationWindow {
         }
     }
 
+    FocusRing {
+        window: window
+    }
+
     Connections {
         target: translateHandler
         // Only the settings page changes the language: rebuild it with the new texts.
