@@ -118,27 +118,27 @@ ScrollView {
             }
             RowLayout {
                 enabled: swSerial.checked
-                ComboBox {
+                KeyComboBox {
                     id: serialPort
                     objectName: "serialPort"
                     model: serialPorts
                     Accessible.name: qsTranslate("settingsConnections", "Serial port")
                 }
-                ComboBox {
+                KeyComboBox {
                     id: serialSpeed
                     objectName: "serialSpeed"
                     model: ["1200", "2400", "4800", "9600", "19200", "38400", "57600", "115200"]
                     Accessible.name: qsTranslate("settingsConnections", "Speed")
                 }
                 ColumnLayout {
-                    ComboBox {
+                    KeyComboBox {
                         id: serialParity
                         objectName: "serialParity"
                         model: [qsTranslate("settingsConnections", "No Parity"), qsTranslate("settingsConnections", "Even Parity"), qsTranslate("settingsConnections", "Odd Parity"), qsTranslate("settingsConnections", "Space Parity"),
                                 qsTranslate("settingsConnections", "Mark Parity")]
                         Accessible.name: qsTranslate("settingsConnections", "Parity")
                     }
-                    ComboBox {
+                    KeyComboBox {
                         id: serialNbBits
                         objectName: "serialNbBits"
                         Layout.minimumWidth: serialParity.Layout.minimumWidth
@@ -147,14 +147,14 @@ ScrollView {
                     }
                 }
                 ColumnLayout {
-                    ComboBox {
+                    KeyComboBox {
                         id: serialStopBit
                         objectName: "serialStopBit"
                         Layout.minimumWidth: serialControl.Layout.minimumWidth
                         model: [qsTranslate("settingsConnections", "1 Bit"), qsTranslate("settingsConnections", "1.5 Bit"), qsTranslate("settingsConnections", "2 Bits")]
                         Accessible.name: qsTranslate("settingsConnections", "Stop bits")
                     }
-                    ComboBox {
+                    KeyComboBox {
                         id: serialControl
                         objectName: "serialControl"
                         model: [qsTranslate("settingsConnections", "No Control"), qsTranslate("settingsConnections", "Hardware"), qsTranslate("settingsConnections", "Software")]
