@@ -29,6 +29,17 @@
     </message>
 </context>
 <context>
+    <name>Banner</name>
+    <message>
+        <source>Quillmere web site</source>
+        <translation>Quillmere web site</translation>
+    </message>
+    <message>
+        <source>Skerry web page</source>
+        <translation>Skerry web page</translation>
+    </message>
+</context>
+<context>
     <name>BaroH</name>
     <message>
         <source>WWWW</source>

@@ -29,6 +29,17 @@
     </message>
 </context>
 <context>
+    <name>Banner</name>
+    <message>
+        <source>Quillmere web site</source>
+        <translation>Site web de Quillmere</translation>
+    </message>
+    <message>
+        <source>Skerry web page</source>
+        <translation>Page web du Skerry</translation>
+    </message>
+</context>
+<context>
     <name>BaroH</name>
     <message>
         <source>WWWW</source>
