@@ -115,6 +115,13 @@
     </message>
 </context>
 <context>
+    <name>BaroSwipe</name>
+    <message>
+        <source>Graph or large display</source>
+        <translation>Graph or large display</translation>
+    </message>
+</context>
+<context>
     <name>BaroV</name>
     <message>
         <source>Sea Level Pressure (QNH)</source>
