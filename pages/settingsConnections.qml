@@ -184,6 +184,7 @@ ScrollView {
                         objectName: "tcpIpAddress"
                         anchors.centerIn: parent
                         inputMask: "999.999.999.999"
+                        activeFocusOnTab: true
                         font: serialPort.font
                         color: enabled ? Material.foreground : Material.hintTextColor
                         selectByMouse: true
@@ -193,7 +194,14 @@ ScrollView {
                             if (activeFocus)
                                 cursorPosition = 0
                         }
-                        onEditingFinished: parent.forceActiveFocus()
+                        // Departs on purpose from the rule that the focus goes to the parent
+                        // whenever editing finishes: when it finishes because the focus went
+                        // on, by Tab or a click, the focus stays where it went, or Tab could
+                        // never leave the field.
+                        onEditingFinished: {
+                            if (activeFocus)
+                                parent.forceActiveFocus()
+                        }
                         Keys.onReturnPressed: parent.forceActiveFocus()
                         Keys.onEnterPressed: parent.forceActiveFocus()
                     }
