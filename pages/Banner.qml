@@ -19,20 +19,20 @@ Image {
     mipmap: true
     clip: true
 
-    MouseArea {
+    BannerLink {
         objectName: "makerLink"
         x: 0
         width: parent.width * 800 / 1800
         height: parent.height
-        cursorShape: Qt.PointingHandCursor
-        onClicked: Qt.openUrlExternally("https://www.quillmere.com/")
+        url: "https://www.quillmere.com/"
+        name: qsTranslate("Banner", "Quillmere web site")
     }
-    MouseArea {
+    BannerLink {
         objectName: "deviceLink"
         x: parent.width - width
         width: parent.width * 485 / 1800
         height: parent.height
-        cursorShape: Qt.PointingHandCursor
-        onClicked: Qt.openUrlExternally("https://www.quillmere.com/skerry")
+        url: "https://www.quillmere.com/skerry"
+        name: qsTranslate("Banner", "Skerry web page")
     }
 }

@@ -18,6 +18,10 @@ ColumnLayout {
         Layout.fillHeight: true
         currentIndex: 0
         clip: true
+        // Not a stop of its own on the way of Tab: it would hand the focus back to the
+        // control last used inside it, and Tab would go round without the first ones. The
+        // view turns this on by itself, under its focus policy.
+        activeFocusOnTab: false
         interactive: {
             if (typeof backend === "undefined" || !backend)
                 return false
@@ -31,16 +35,19 @@ ColumnLayout {
         onHeightChanged: if (width < height) currentIndex = 0
         onCurrentIndexChanged: baroH.swipeIndexChanged(currentIndex)
 
-        // Both lay out against the window's size.
+        // Both lay out against the window's size. The page out of sight is out of the way
+        // of Tab as well.
         BaroH {
             id: baroH
             objectName: "baroH"
+            enabled: SwipeView.isCurrentItem
             layoutWidth: Window.width
             layoutHeight: Window.height
         }
         BaroV {
             id: baroV
             objectName: "baroV"
+            enabled: SwipeView.isCurrentItem
             layoutWidth: Window.width
         }
     }
@@ -54,5 +61,21 @@ ColumnLayout {
         count: view.count
         currentIndex: view.currentIndex
         onCurrentIndexChanged: view.currentIndex = currentIndex
+        // The keyboard's swipe: the arrows go to a side, Space, Return and Enter to the other
+        // page.
+        focusPolicy: Qt.TabFocus
+        Accessible.role: Accessible.PageTabList
+        Accessible.name: qsTranslate("BaroSwipe", "Graph or large display")
+        Keys.onPressed: {
+            if (event.key === Qt.Key_Left)
+                view.currentIndex = 0
+            else if (event.key === Qt.Key_Right)
+                view.currentIndex = view.count - 1
+            else if (event.key !== Qt.Key_Space && event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter)
+                return
+            else if (!event.isAutoRepeat)
+                view.currentIndex = 1 - view.currentIndex
+            event.accepted = true
+        }
     }
 }

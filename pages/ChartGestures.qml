@@ -12,17 +12,7 @@ PinchArea {
 
     anchors.fill: parent
 
-    onPinchUpdated: {
-        if (pinch.scale > 1.0) {
-            chart.zoomLevel *= 1.05
-            chart.zoom(1.05)
-        } else if (chart.zoomLevel > 1.0) {
-            chart.zoomLevel /= 1.05
-            chart.zoom(1.0 / 1.05)
-        } else {
-            chart.resetChart()
-        }
-    }
+    onPinchUpdated: chart.zoomStep(pinch.scale > 1.0, 1.05)
     onPinchFinished: {
         if (chart.paning) {
             chart.paning = false
@@ -80,15 +70,7 @@ PinchArea {
         onExited: chart.lineHelper.visible = false
         onDoubleClicked: chart.resetChart()
         onWheel: {
-            if (wheel.angleDelta.y > 0) {
-                chart.zoomLevel *= 1.1
-                chart.zoom(1.1)
-            } else if (chart.zoomLevel > 1.0) {
-                chart.zoomLevel /= 1.1
-                chart.zoom(1.0 / 1.1)
-            } else {
-                chart.resetChart()
-            }
+            chart.zoomStep(wheel.angleDelta.y > 0, 1.1)
             wheel.accepted = true
         }
     }

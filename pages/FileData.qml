@@ -13,6 +13,11 @@ Item {
     // The list's index, 0 to 8, which is the table index the log works with.
     signal fileSelected(int fileNb)
 
+    // Back from the rows by the keyboard: the list takes the keys again, on the table it left.
+    function focusList() {
+        fileList.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
     MessageDialog {
         id: areYouSure
         objectName: "areYouSure"
@@ -44,37 +49,12 @@ Item {
         anchors.margins: 10
         spacing: 0
 
-        Image {
+        Banner {
             id: imgQuillmere
-            objectName: "imgQuillmere"
-            source: "qrc:/Images/USB_banner.png"
             Layout.leftMargin: -10
             Layout.rightMargin: -10
             Layout.topMargin: -10
-            Layout.preferredWidth: window.width
-            Layout.preferredHeight: window.width * 218 / 1800
-            fillMode: Image.PreserveAspectFit
-            verticalAlignment: Image.AlignTop
-            smooth: true
-            mipmap: true
-            clip: true
-
-            MouseArea {
-                objectName: "makerLink"
-                x: 0
-                width: parent.width * 800 / 1800
-                height: parent.height
-                cursorShape: Qt.PointingHandCursor
-                onClicked: Qt.openUrlExternally("https://www.quillmere.com/")
-            }
-            MouseArea {
-                objectName: "deviceLink"
-                x: parent.width - width
-                width: parent.width * 485 / 1800
-                height: parent.height
-                cursorShape: Qt.PointingHandCursor
-                onClicked: Qt.openUrlExternally("https://www.quillmere.com/skerry")
-            }
+            layoutWidth: window.width
         }
 
         ToolButton {
@@ -105,6 +85,16 @@ Item {
             highlightMoveDuration: 0
             Accessible.role: Accessible.List
             Accessible.name: qsTr("Log tables")
+            // The arrows move through the tables (the list's own keys); these open the one
+            // chosen, as a click on it does.
+            activeFocusOnTab: true
+            Keys.onPressed: {
+                if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter || event.key === Qt.Key_Space) {
+                    event.accepted = true
+                    if (!event.isAutoRepeat && currentItem)
+                        currentItem.choose()
+                }
+            }
 
             // fileNb counts from 1 and is read by nobody: the choice sends the index.
             model: ListModel {

@@ -21,6 +21,21 @@ Item {
         fileDiag.visible = true
     }
 
+    // The keys of an export button do what a click on its mouse area does. Taken before the
+    // button sees them: its own click handler must stay out of reach.
+    function chooseFileByKey(event, filter) {
+        if (event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter) {
+            event.accepted = true
+            if (!event.isAutoRepeat)
+                chooseFile(filter)
+        }
+    }
+
+    // A table just chosen: its rows take the keys.
+    function focusRows() {
+        fileContent.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
     Connections {
         target: fileDetailsPage.SwipeView.view
         function onFileSelected(fileNb) {
@@ -88,37 +103,12 @@ Item {
         anchors.margins: 10
         spacing: 0
 
-        Image {
+        Banner {
             id: imgQuillmere
-            objectName: "imgQuillmere"
-            source: "qrc:/Images/USB_banner.png"
             Layout.leftMargin: -10
             Layout.rightMargin: -10
             Layout.topMargin: -10
-            Layout.preferredWidth: window.width
-            Layout.preferredHeight: window.width * 218 / 1800
-            fillMode: Image.PreserveAspectFit
-            verticalAlignment: Image.AlignTop
-            smooth: true
-            mipmap: true
-            clip: true
-
-            MouseArea {
-                objectName: "makerLink"
-                x: 0
-                width: parent.width * 800 / 1800
-                height: parent.height
-                cursorShape: Qt.PointingHandCursor
-                onClicked: Qt.openUrlExternally("https://www.quillmere.com/")
-            }
-            MouseArea {
-                objectName: "deviceLink"
-                x: parent.width - width
-                width: parent.width * 485 / 1800
-                height: parent.height
-                cursorShape: Qt.PointingHandCursor
-                onClicked: Qt.openUrlExternally("https://www.quillmere.com/skerry")
-            }
+            layoutWidth: window.width
         }
 
         RowLayout {
@@ -149,6 +139,7 @@ Item {
                 Accessible.name: "CSV"
                 Accessible.description: qsTr("Export page as CSV")
                 Accessible.onPressAction: fileDetailsPage.chooseFile("CSV files (*.csv)")
+                Keys.onPressed: fileDetailsPage.chooseFileByKey(event, "CSV files (*.csv)")
 
                 MouseArea {
                     anchors.fill: parent
@@ -168,6 +159,7 @@ Item {
                 Accessible.name: "GPX"
                 Accessible.description: qsTr("Export page as GPX")
                 Accessible.onPressAction: fileDetailsPage.chooseFile("GPS files (*.gpx)")
+                Keys.onPressed: fileDetailsPage.chooseFileByKey(event, "GPS files (*.gpx)")
                 // Never reached by a click: the mouse area below takes it.
                 onClicked: dataSource.exportGpx(m_fileNb)
 
@@ -213,6 +205,33 @@ Item {
             }
             Accessible.role: Accessible.List
             Accessible.name: ft.text !== "" ? ft.text : qsTr("No table chosen")
+            // The arrows move a row at a time (the list's own keys); these move further, and
+            // Delete does what the current row's button does.
+            activeFocusOnTab: true
+            Keys.onPressed: {
+                var page = Math.max(1, Math.floor(height / ((currentItem ? currentItem.height : 1) + spacing)))
+                if (event.key === Qt.Key_PageDown)
+                    moveCurrent(page)
+                else if (event.key === Qt.Key_PageUp)
+                    moveCurrent(-page)
+                else if (event.key === Qt.Key_Home)
+                    moveCurrent(-count)
+                else if (event.key === Qt.Key_End)
+                    moveCurrent(count)
+                else if (event.key === Qt.Key_Delete && currentItem)
+                    currentItem.remove()
+                else
+                    return
+                event.accepted = true
+            }
+
+            // With no row current, down starts at the first and up at the last.
+            function moveCurrent(rows) {
+                if (count === 0)
+                    return
+                var from = currentIndex >= 0 ? currentIndex : (rows > 0 ? -1 : count)
+                currentIndex = Math.max(0, Math.min(count - 1, from + rows))
+            }
 
             delegate: Item {
                 id: row
@@ -223,6 +242,16 @@ Item {
                 function choose() {
                     fileContent.currentIndex = index
                     fileContent.forceActiveFocus()
+                }
+
+                // The row's own names are gone with it: what is needed after is held first.
+                function remove() {
+                    var list = fileContent
+                    dataSource.removeKey(m_fileNb, key)
+                    model_.remove(index)
+                    list.currentIndex = -1
+                    // The button goes with its row; the keys stay on the list.
+                    list.forceActiveFocus(Qt.OtherFocusReason)
                 }
 
                 Text {
@@ -264,11 +293,10 @@ Item {
                     ToolTip.text: qsTr("Delete this record")
                     Accessible.role: Accessible.Button
                     Accessible.name: qsTr("Delete this record")
-                    onClicked: {
-                        dataSource.removeKey(m_fileNb, key)
-                        model_.remove(index)
-                        fileContent.currentIndex = -1
-                    }
+                    // Not a stop of Tab: inside the list it would keep the list's focus for
+                    // itself. Delete on the list does the same.
+                    focusPolicy: Qt.NoFocus
+                    onClicked: row.remove()
                 }
             }
         }

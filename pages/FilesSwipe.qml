@@ -21,24 +21,37 @@ ColumnLayout {
         currentIndex: 0
         interactive: false
         clip: true
+        // Not a stop of its own on the way of Tab: it would hand the focus back to the
+        // control last used inside it, and Tab would go round without the first ones. The
+        // view turns this on by itself, under its focus policy.
+        activeFocusOnTab: false
 
         signal fileSelected(int fileNb)
 
         // Set a moment after the index settles, so that the swipe in progress is not cut.
         onCurrentIndexChanged: interactiveTimer.startFor(50)
 
+        // The page out of sight is out of the way of Tab as well.
         FileData {
             id: fileData
             objectName: "fileData"
+            enabled: SwipeView.isCurrentItem
             onFileSelected: {
                 console.log("file selected " + fileNb)
                 view.fileSelected(fileNb)
                 view.currentIndex = 1
+                fileDetails.focusRows()
             }
         }
         FileDetails {
             id: fileDetails
             objectName: "fileDetails"
+            enabled: SwipeView.isCurrentItem
+            // The keyboard's way back to the list, where a swipe is the pointer's.
+            Keys.onEscapePressed: {
+                view.currentIndex = 0
+                fileData.focusList()
+            }
         }
     }
 

@@ -2,6 +2,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Controls.Material 2.15
+import backend 1.0
 
 // The manual as rich text, and at the press of the button the privacy policy. Links leave
 // the program for the host's browser.
@@ -42,6 +43,29 @@ Rectangle {
         ScrollBar.vertical.policy: ScrollBar.AlwaysOn
         contentWidth: -1
         clip: true
+        // The text is read with the keys: a line, a page, or to either end.
+        focusPolicy: Qt.TabFocus
+        Keys.onPressed: {
+            var flick = scrollv.contentItem
+            var line = Theme.basePixelSize * 2
+            var y = flick.contentY
+            if (event.key === Qt.Key_Down)
+                y += line
+            else if (event.key === Qt.Key_Up)
+                y -= line
+            else if (event.key === Qt.Key_PageDown || event.key === Qt.Key_Space)
+                y += flick.height - line
+            else if (event.key === Qt.Key_PageUp)
+                y -= flick.height - line
+            else if (event.key === Qt.Key_Home)
+                y = 0
+            else if (event.key === Qt.Key_End)
+                y = flick.contentHeight
+            else
+                return
+            flick.contentY = Math.max(0, Math.min(y, flick.contentHeight - flick.height))
+            event.accepted = true
+        }
 
         TextEdit {
             id: webview

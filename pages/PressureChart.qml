@@ -121,6 +121,20 @@ ChartView {
             lineHelper.visible = false
     }
 
+    // One step of the wheel, a pinch or a key: closer in, or back out until the chart is
+    // whole again.
+    function zoomStep(closer, factor) {
+        if (closer) {
+            zoomLevel *= factor
+            zoom(factor)
+        } else if (zoomLevel > 1.0) {
+            zoomLevel /= factor
+            zoom(1.0 / factor)
+        } else {
+            resetChart()
+        }
+    }
+
     function showRange(nb, min, format, ticks, minorTicks) {
         resetChart()
         chartNb = nb
@@ -275,6 +289,10 @@ ChartView {
     }
 
     ChartGestures {
+        chart: chartPressure
+    }
+
+    ChartKeys {
         chart: chartPressure
     }
 }

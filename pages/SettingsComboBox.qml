@@ -17,7 +17,7 @@ ColumnLayout {
     SettingsText {
         id: captionText
     }
-    ComboBox {
+    KeyComboBox {
         id: box
         // Named after the choice, so that a search for controls finds the box itself.
         objectName: choice.objectName + "Box"

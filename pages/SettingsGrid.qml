@@ -97,7 +97,7 @@ GridLayout {
             id: comboLangageCaption
             text: qsTranslate("settings", "Langage")
         }
-        ComboBox {
+        KeyComboBox {
             id: comboLangage
             objectName: "comboLangage"
             property bool hasChanged: false

@@ -47,6 +47,11 @@ Item {
     function positionColor(dark) {
         return dark ? "yellow" : "blue"
     }
+    // The frame around what holds the keyboard's focus: the bar's icon colours, which stand
+    // out on either background.
+    function focusColor(dark) {
+        return dark ? "#FFD740" : "#1565C0"
+    }
     // The chart's title and its cursor.
     function inkColor(dark) {
         return dark ? "white" : "black"

@@ -47,6 +47,10 @@ ApplicationWindow {
         columns: 1
         rowSpacing: 0
 
+        // Every page and the bar lie under this item, so a key that no control took ends here.
+        Keys.onReturnPressed: event.accepted = returnKey.press(window.activeFocusItem, event)
+        Keys.onEnterPressed: event.accepted = returnKey.press(window.activeFocusItem, event)
+
         Loader {
             id: loader
             objectName: "loader"
@@ -152,6 +156,14 @@ ApplicationWindow {
                 }
             }
         }
+    }
+
+    ReturnKey {
+        id: returnKey
+    }
+
+    FocusRing {
+        window: window
     }
 
     Connections {

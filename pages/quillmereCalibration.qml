@@ -105,34 +105,9 @@ ScrollView {
         width: settingsRect.contentWidth
         spacing: 0
 
-        Image {
+        Banner {
             id: imgQuillmere
-            objectName: "imgQuillmere"
-            source: "qrc:/Images/USB_banner.png"
-            Layout.preferredWidth: window.width
-            Layout.preferredHeight: window.width * 218 / 1800
-            fillMode: Image.PreserveAspectFit
-            verticalAlignment: Image.AlignTop
-            smooth: true
-            mipmap: true
-            clip: true
-
-            MouseArea {
-                objectName: "makerLink"
-                x: 0
-                width: parent.width * 800 / 1800
-                height: parent.height
-                cursorShape: Qt.PointingHandCursor
-                onClicked: Qt.openUrlExternally("https://www.quillmere.com/")
-            }
-            MouseArea {
-                objectName: "deviceLink"
-                x: parent.width - width
-                width: parent.width * 485 / 1800
-                height: parent.height
-                cursorShape: Qt.PointingHandCursor
-                onClicked: Qt.openUrlExternally("https://www.quillmere.com/skerry")
-            }
+            layoutWidth: window.width
         }
 
         Label {

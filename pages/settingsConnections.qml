@@ -146,7 +146,7 @@ ScrollView {
             RowLayout {
                 enabled: swSerial.checked
                 ColumnLayout {
-                    ComboBox {
+                    KeyComboBox {
                         id: serialPort
                         objectName: "serialPort"
                         // The last entry lets a path be typed for a device the system does not list.
@@ -166,21 +166,21 @@ ScrollView {
                         Accessible.name: qsTranslate("settingsConnections", "Path of the serial device")
                     }
                 }
-                ComboBox {
+                KeyComboBox {
                     id: serialSpeed
                     objectName: "serialSpeed"
                     model: ["1200", "2400", "4800", "9600", "19200", "38400", "57600", "115200"]
                     Accessible.name: qsTranslate("settingsConnections", "Speed")
                 }
                 ColumnLayout {
-                    ComboBox {
+                    KeyComboBox {
                         id: serialParity
                         objectName: "serialParity"
                         model: [qsTranslate("settingsConnections", "No Parity"), qsTranslate("settingsConnections", "Even Parity"), qsTranslate("settingsConnections", "Odd Parity"), qsTranslate("settingsConnections", "Space Parity"),
                                 qsTranslate("settingsConnections", "Mark Parity")]
                         Accessible.name: qsTranslate("settingsConnections", "Parity")
                     }
-                    ComboBox {
+                    KeyComboBox {
                         id: serialNbBits
                         objectName: "serialNbBits"
                         Layout.minimumWidth: serialParity.Layout.minimumWidth
@@ -189,14 +189,14 @@ ScrollView {
                     }
                 }
                 ColumnLayout {
-                    ComboBox {
+                    KeyComboBox {
                         id: serialStopBit
                         objectName: "serialStopBit"
                         Layout.minimumWidth: serialControl.Layout.minimumWidth
                         model: [qsTranslate("settingsConnections", "1 Bit"), qsTranslate("settingsConnections", "1.5 Bit"), qsTranslate("settingsConnections", "2 Bits")]
                         Accessible.name: qsTranslate("settingsConnections", "Stop bits")
                     }
-                    ComboBox {
+                    KeyComboBox {
                         id: serialControl
                         objectName: "serialControl"
                         model: [qsTranslate("settingsConnections", "No Control"), qsTranslate("settingsConnections", "Hardware"), qsTranslate("settingsConnections", "Software")]
@@ -226,6 +226,7 @@ ScrollView {
                         objectName: "tcpIpAddress"
                         anchors.centerIn: parent
                         inputMask: "999.999.999.999"
+                        activeFocusOnTab: true
                         font: serialPort.font
                         color: enabled ? Material.foreground : Material.hintTextColor
                         selectByMouse: true
@@ -235,7 +236,14 @@ ScrollView {
                             if (activeFocus)
                                 cursorPosition = 0
                         }
-                        onEditingFinished: parent.forceActiveFocus()
+                        // Departs on purpose from the rule that the focus goes to the parent
+                        // whenever editing finishes: when it finishes because the focus went
+                        // on, by Tab or a click, the focus stays where it went, or Tab could
+                        // never leave the field.
+                        onEditingFinished: {
+                            if (activeFocus)
+                                parent.forceActiveFocus()
+                        }
                         Keys.onReturnPressed: parent.forceActiveFocus()
                         Keys.onEnterPressed: parent.forceActiveFocus()
                     }

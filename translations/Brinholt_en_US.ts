@@ -29,6 +29,17 @@
     </message>
 </context>
 <context>
+    <name>Banner</name>
+    <message>
+        <source>Quillmere web site</source>
+        <translation>Quillmere web site</translation>
+    </message>
+    <message>
+        <source>Skerry web page</source>
+        <translation>Skerry web page</translation>
+    </message>
+</context>
+<context>
     <name>BaroH</name>
     <message>
         <source>WWWW</source>
@@ -101,6 +112,13 @@
     <message>
         <source>Save a barogram of this span</source>
         <translation>Save a barogram of this span</translation>
+    </message>
+</context>
+<context>
+    <name>BaroSwipe</name>
+    <message>
+        <source>Graph or large display</source>
+        <translation>Graph or large display</translation>
     </message>
 </context>
 <context>

@@ -29,6 +29,17 @@
     </message>
 </context>
 <context>
+    <name>Banner</name>
+    <message>
+        <source>Quillmere web site</source>
+        <translation>Site web de Quillmere</translation>
+    </message>
+    <message>
+        <source>Skerry web page</source>
+        <translation>Page web du Skerry</translation>
+    </message>
+</context>
+<context>
     <name>BaroH</name>
     <message>
         <source>WWWW</source>
@@ -101,6 +112,13 @@
     <message>
         <source>Save a barogram of this span</source>
         <translation>Enregistrer un barogramme de cette période</translation>
+    </message>
+</context>
+<context>
+    <name>BaroSwipe</name>
+    <message>
+        <source>Graph or large display</source>
+        <translation>Graphique ou grand affichage</translation>
     </message>
 </context>
 <context>
