@@ -5,6 +5,7 @@
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaReceiver.h"
 #include "nmea/NmeaSenderUdp.h"
+#include "nmea/NmeaSourceSerial.h"
 #include "util/Pressure.h"
 #include "util/SanitizerSync.h"
 #include "util/SettingKeys.h"
@@ -51,6 +52,23 @@ public:
 
 const CurrentBackEndSettings currentBackEndSettings;
 
+// NMEA input reaches the application only through these; the worker thread may
+// already ask them while the constructor goes on, and a receiver left running after this
+// object is gone finds none rather than a freed one.
+void installAsHost(BackEnd* back)
+{
+    ReadingSink::install(back);
+    ReceiverHost::install(back);
+    CalibrationLink::install(back);
+}
+
+void withdrawAsHost(BackEnd* back)
+{
+    ReadingSink::withdraw(back);
+    ReceiverHost::withdraw(back);
+    CalibrationLink::withdraw(back);
+}
+
 bool isSource(int type)
 {
     return type >= Internal && type <= Udp;
@@ -72,6 +90,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
     qWarning().noquote() << "BackEnd starting";
     backend = this;
     SettingsReader::install(&currentBackEndSettings);
+    installAsHost(this);
     appPath = QStringLiteral("./");
     tickCounter = 768;
 
@@ -131,6 +150,7 @@ BackEnd::BackEnd(SettingsOnly)
     : QObject(nullptr)
 {
     backend = this;
+    installAsHost(this);
     appPath = QStringLiteral("./");
     doubleKeys = doubleSettingKeys();
     stringKeys = {SettingKey::SerialPort, SettingKey::SerialSpeed, SettingKey::TcpIpAddress};
@@ -150,6 +170,7 @@ BackEnd::~BackEnd()
         if (thread->wait(10000))
             SanitizerSync::acquire(thread);
     }
+    withdrawAsHost(this);
     settings->sync();
     delete settings;
     settings = nullptr;
@@ -591,6 +612,14 @@ void BackEnd::calibrateBarometer(double offset, double slope, double pressure)
 void BackEnd::resetBarometer()
 {
     emit sendCalibration(Nmea0183::createMessageResetBarometer());
+}
+
+void BackEnd::connectCalibration(NmeaSourceSerial& source)
+{
+    connect(this, &BackEnd::sendCalibration, &source, &NmeaSource::slot_sendMessage, Qt::QueuedConnection);
+    connect(&source, &NmeaSourceSerial::calibrationStatus, this, &BackEnd::calibrationStatus, Qt::QueuedConnection);
+    connect(&source, &NmeaSourceSerial::calibrationValues, this, &BackEnd::slot_calibrationValues,
+            Qt::QueuedConnection);
 }
 
 void BackEnd::slot_calibrationValues(QString message)

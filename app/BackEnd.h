@@ -2,7 +2,10 @@
 #pragma once
 
 #include "app/SettingsMirror.h"
+#include "nmea/CalibrationLink.h"
 #include "nmea/NmeaSourceType.h"
+#include "nmea/ReadingSink.h"
+#include "nmea/ReceiverHost.h"
 #include "util/AgeTimer.h"
 #include "util/Pressure.h"
 #include "util/SeqLock.h"
@@ -31,8 +34,9 @@ class NmeaReceiver;
 class NmeaSenderUdp;
 
 // The present state of the instrument: the latest reading of each source, the settings,
-// the sampling tick and the NMEA receiver.
-class BackEnd : public QObject
+// the sampling tick and the NMEA receiver. It is what NMEA input reaches of the
+// application: the one made last installs itself as its sink and host.
+class BackEnd : public QObject, public ReadingSink, public ReceiverHost, public CalibrationLink
 {
     Q_OBJECT
 
@@ -45,18 +49,18 @@ public:
     ~BackEnd() override;
 
     // Readings. These are called from the receiver's thread as well as the main thread.
-    void setCurrentPressure(const double& value, const NmeaSourceType& type);
+    void setCurrentPressure(const double& value, const NmeaSourceType& type) override;
     void setPositionData(const QPointF& position, const double& sog, const double& cog,
-                         const NmeaSourceType& type);
-    void clearHasFix(const NmeaSourceType& type);
-    QPointF getPosition() const;
+                         const NmeaSourceType& type) override;
+    void clearHasFix(const NmeaSourceType& type) override;
+    QPointF getPosition() const override;
     // Course, then speed, of the source that has the position.
-    std::pair<double, double> getCogSog() const;
+    std::pair<double, double> getCogSog() const override;
 
     // The pressure-fall warning as the UDP output tells it: published on the main thread at
     // each change, read by the receiver's output tick.
     void publishWarning(const WarningState& state);
-    WarningState getWarningState() const;
+    WarningState getWarningState() const override;
 
     // A phone host's position entry: longitude, latitude, course in degrees and speed in
     // metres per second. The desktop never calls it.
@@ -71,6 +75,9 @@ public:
     NmeaSenderUdp* getSenderUdp() const { return senderUdp; }
     // When the application last left the active state, in UTC; null before that.
     QDateTime getPauseTime() const { return pauseTime; }
+
+    // Queued both ways: the source lives on its receiver's thread.
+    void connectCalibration(NmeaSourceSerial& source) override;
 
 signals:
     void sendCalibration(QString message);
@@ -92,10 +99,10 @@ public slots:
     void slot_startIosBarometer();
 
 public:
-    Q_INVOKABLE double getCurrentPressure();
+    Q_INVOKABLE double getCurrentPressure() override;
     // Whether the tick would take getCurrentPressure() as a reading.
     Q_INVOKABLE bool hasUsablePressure();
-    Q_INVOKABLE QVariant getSetting(QString key, QVariant def);
+    Q_INVOKABLE QVariant getSetting(QString key, QVariant def) override;
     Q_INVOKABLE void setSetting(QString key, QVariant val);
     Q_INVOKABLE QString getFormatedPressure(int unit, double offset, int levelType, double levelValue);
     Q_INVOKABLE void pauseService(bool b);

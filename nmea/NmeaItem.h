@@ -11,8 +11,9 @@
 #include <QtCore/QStringRef>
 #include <QtCore/QVarLengthArray>
 
-// Decodes one kind of sentence into a value and hands the value to BackEnd. One object
-// per kind lives as long as the codec, so fields carry over from sentence to sentence.
+// Decodes one kind of sentence into a value and hands the value to the installed
+// ReadingSink. One object per kind lives as long as the codec, so fields carry over from
+// sentence to sentence.
 class NmeaItem
 {
 public:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemMDA.h"
 
-#include "app/BackEnd.h"
+#include "nmea/ReadingSink.h"
 
 #include <QtCore/QDebug>
 
@@ -44,6 +44,7 @@ bool NmeaItemMDA::updateData(const NmeaSourceType& source)
     hasNewData = false;
     if (!valid)
         return false;
-    backend->setCurrentPressure(pressure, source);
+    if (ReadingSink* sink = ReadingSink::installed())
+        sink->setCurrentPressure(pressure, source);
     return true;
 }

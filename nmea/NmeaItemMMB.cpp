@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemMMB.h"
 
-#include "app/BackEnd.h"
+#include "nmea/ReadingSink.h"
 
 #include <QtCore/QDebug>
 
@@ -54,6 +54,7 @@ bool NmeaItemMMB::updateData(const NmeaSourceType& source)
     hasNewData = false;
     if (!valid || !hasPressure)
         return false;
-    backend->setCurrentPressure(pressure, source);
+    if (ReadingSink* sink = ReadingSink::installed())
+        sink->setCurrentPressure(pressure, source);
     return true;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemRMC.h"
 
-#include "app/BackEnd.h"
+#include "nmea/ReadingSink.h"
 
 NmeaItemRMC::NmeaItemRMC(const NmeaMessageType& messageType)
     : NmeaItem(messageType)
@@ -43,10 +43,13 @@ bool NmeaItemRMC::updateData(const NmeaSourceType& source)
     hasNewData = false;
     if (!valid)
         return false;
+    ReadingSink* sink = ReadingSink::installed();
     if (status == QLatin1String("V") || mode == QLatin1String("N")) {
-        backend->clearHasFix(source);
+        if (sink)
+            sink->clearHasFix(source);
         return false;
     }
-    backend->setPositionData(position, speed, course, source);
+    if (sink)
+        sink->setPositionData(position, speed, course, source);
     return true;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemXDR.h"
 
-#include "app/BackEnd.h"
+#include "nmea/ReadingSink.h"
 #include "util/Pressure.h"
 
 NmeaItemXDR::NmeaItemXDR(const NmeaMessageType& messageType)
@@ -46,6 +46,7 @@ bool NmeaItemXDR::updateData(const NmeaSourceType& source)
     hasNewData = false;
     if (!valid)
         return false;
-    backend->setCurrentPressure(pressure, source);
+    if (ReadingSink* sink = ReadingSink::installed())
+        sink->setCurrentPressure(pressure, source);
     return true;
 }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaReceiver.h"
 
-#include "app/BackEnd.h"
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaSenderUdp.h"
 #include "nmea/NmeaSourceSerial.h"
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
+#include "nmea/ReceiverHost.h"
 #include "util/SanitizerSync.h"
 #include "util/SettingKeys.h"
 
@@ -116,9 +116,13 @@ void NmeaReceiver::slot_startReceiving()
     SanitizerSync::acquire(this);
     int delay = 0;
     nmea = new Nmea0183(this);
+    // Without the application there are no connection settings, and so no source.
+    ReceiverHost* host = ReceiverHost::installed();
+    if (!host)
+        return;
 
-    const QString serialSetting = backend->getSetting(SettingKey::SerialPort, SettingDefault::SerialPort).toString();
-    if (!serialSetting.isEmpty() && backend->getSetting(SettingKey::UseSerial, SettingDefault::UseSerial).toInt() == 1
+    const QString serialSetting = host->getSetting(SettingKey::SerialPort, SettingDefault::SerialPort).toString();
+    if (!serialSetting.isEmpty() && host->getSetting(SettingKey::UseSerial, SettingDefault::UseSerial).toInt() == 1
         && serialSetting != QLatin1String("None")) {
         // The setting holds the entry as the port list shows it: port name, a blank and a
         // description.
@@ -126,34 +130,34 @@ void NmeaReceiver::slot_startReceiving()
         // empty name, fails to open and retries like any other port that is not there.
         const QString portName = serialSetting.split(QLatin1Char(' '), Qt::SkipEmptyParts).value(0);
         // Deliberately not "SettingSerialSpeed", which is what the Connections page writes.
-        const int speed = backend->getSetting(SettingKey::SerialPortSpeed, SettingDefault::SerialPortSpeed).toInt();
-        const int control = backend->getSetting(SettingKey::SerialControl, SettingDefault::SerialControl).toInt();
-        const int parity = backend->getSetting(SettingKey::SerialParity, SettingDefault::SerialParity).toInt();
-        const int nbBits = backend->getSetting(SettingKey::SerialNbBits, SettingDefault::SerialNbBits).toInt();
-        const int stopBit = backend->getSetting(SettingKey::SerialStopBit, SettingDefault::SerialStopBit).toInt();
+        const int speed = host->getSetting(SettingKey::SerialPortSpeed, SettingDefault::SerialPortSpeed).toInt();
+        const int control = host->getSetting(SettingKey::SerialControl, SettingDefault::SerialControl).toInt();
+        const int parity = host->getSetting(SettingKey::SerialParity, SettingDefault::SerialParity).toInt();
+        const int nbBits = host->getSetting(SettingKey::SerialNbBits, SettingDefault::SerialNbBits).toInt();
+        const int stopBit = host->getSetting(SettingKey::SerialStopBit, SettingDefault::SerialStopBit).toInt();
         auto* serial = new NmeaSourceSerial(this, portName, speed, control, parity, nbBits, stopBit);
         sources.append(serial);
         QTimer::singleShot(0, serial, SLOT(slot_startReceiving()));
         delay = delayBehindSerialMs();
     }
 
-    if (backend->getSetting(SettingKey::UseTcp, SettingDefault::UseTcp).toInt() == 1) {
-        const int port = backend->getSetting(SettingKey::TcpIpPort, SettingDefault::TcpIpPort).toInt();
+    if (host->getSetting(SettingKey::UseTcp, SettingDefault::UseTcp).toInt() == 1) {
+        const int port = host->getSetting(SettingKey::TcpIpPort, SettingDefault::TcpIpPort).toInt();
         const QString address =
-                backend->getSetting(SettingKey::TcpIpAddress, SettingDefault::TcpIpAddress).toString();
+                host->getSetting(SettingKey::TcpIpAddress, SettingDefault::TcpIpAddress).toString();
         auto* tcp = new NmeaSourceTcp(this, address, port);
         sources.append(tcp);
         QTimer::singleShot(delay, tcp, SLOT(slot_startReceiving()));
     }
 
-    if (backend->getSetting(SettingKey::UseUdp, SettingDefault::UseUdp).toInt() == 1) {
-        const int port = backend->getSetting(SettingKey::UdpPort, SettingDefault::UdpPort).toInt();
+    if (host->getSetting(SettingKey::UseUdp, SettingDefault::UseUdp).toInt() == 1) {
+        const int port = host->getSetting(SettingKey::UdpPort, SettingDefault::UdpPort).toInt();
         auto* udp = new NmeaSourceUdp(this, QStringLiteral("0.0.0.0"), port);
         sources.append(udp);
         QTimer::singleShot(delay, udp, SLOT(slot_startReceiving()));
     }
 
-    if (backend->getSetting(SettingKey::UseUdpOut, SettingDefault::UseUdpOut).toInt() == 1) {
+    if (host->getSetting(SettingKey::UseUdpOut, SettingDefault::UseUdpOut).toInt() == 1) {
         timerSend = new QTimer(this);
         timerSend->setInterval(1000);
         connect(timerSend, &QTimer::timeout, this, &NmeaReceiver::slot_sendUdp);
@@ -163,21 +167,24 @@ void NmeaReceiver::slot_startReceiving()
 
 void NmeaReceiver::slot_sendUdp()
 {
+    ReceiverHost* host = ReceiverHost::installed();
+    if (!host)
+        return;
     if (!sender)
         sender = new NmeaSenderUdp();
-    const int port = backend->getSetting(SettingKey::UpdPort, SettingDefault::UpdPort).toInt();
+    const int port = host->getSetting(SettingKey::UpdPort, SettingDefault::UpdPort).toInt();
     // Raw: no offset and no reduction to sea level on this path.
-    const double pressure = backend->getCurrentPressure();
+    const double pressure = host->getCurrentPressure();
     if (pressure > 0.0)
         sender->sendPressure(pressure, port);
-    if (pressure > 0.0 && backend->getSetting(SettingKey::SendUdpMda, SettingDefault::SendUdpMda).toInt() == 1)
+    if (pressure > 0.0 && host->getSetting(SettingKey::SendUdpMda, SettingDefault::SendUdpMda).toInt() == 1)
         sender->sendPressureMda(pressure, port);
-    sendAlarmIfDue(port);
-    if (backend->getSetting(SettingKey::SendUdpPos, SettingDefault::SendUdpPos).toInt() == 1) {
-        const QPointF position = backend->getPosition();
+    sendAlarmIfDue(*host, port);
+    if (host->getSetting(SettingKey::SendUdpPos, SettingDefault::SendUdpPos).toInt() == 1) {
+        const QPointF position = host->getPosition();
         // Exactly zero in both, not QPointF's fuzzy equality.
         if (!(position.x() == 0.0 && position.y() == 0.0)) {
-            const std::pair<double, double> cogSog = backend->getCogSog();
+            const std::pair<double, double> cogSog = host->getCogSog();
             // Course where the speed belongs and speed where the course belongs: the
             // sentences of this path have always carried them swapped, and are kept so.
             sender->sendPosition(position, cogSog.first, cogSog.second, port);
@@ -185,11 +192,11 @@ void NmeaReceiver::slot_sendUdp()
     }
 }
 
-void NmeaReceiver::sendAlarmIfDue(int port)
+void NmeaReceiver::sendAlarmIfDue(ReceiverHost& host, int port)
 {
     // At each change of the warning, and every 60 ticks while a level holds, so that a
     // display that joins later learns of it.
-    const WarningState state = backend->getWarningState();
+    const WarningState state = host.getWarningState();
     ++ticksSinceAlr;
     if (state == alrSent && (state.level == 0 || ticksSinceAlr < 60))
         return;

@@ -17,11 +17,12 @@
 class Nmea0183;
 class NmeaSenderUdp;
 class NmeaSource;
+class ReceiverHost;
 class QTimer;
 
 // Everything of NMEA input that runs on the worker thread: the codec, the sources made
 // from the connection settings, and the UDP output. A change of settings throws the whole
-// receiver away (BackEnd::startNmea).
+// receiver away and makes a new one.
 class NmeaReceiver : public QObject
 {
     Q_OBJECT
@@ -59,7 +60,7 @@ private slots:
 
 private:
     // ALR for the pressure-fall warning, from the output tick.
-    void sendAlarmIfDue(int port);
+    void sendAlarmIfDue(ReceiverHost& host, int port);
     // How quitThread and the worker thread take turns when the main thread ends it.
     struct QuitHandshake
     {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaSource.h"
 
-#include "app/BackEnd.h"
 #include "nmea/NmeaReceiver.h"
+#include "nmea/ReadingSink.h"
 #include "util/Pressure.h"
 
 #include <QtCore/QDebug>
@@ -18,12 +18,18 @@ NmeaSource::NmeaSource(NmeaReceiver* receiver)
 
 NmeaSource::~NmeaSource()
 {
-    backend->setCurrentPressure(Pressure::None, sourceType);
+    withdrawPressure();
     qWarning().noquote() << "nmea source deleted:" << static_cast<int>(sourceType);
 }
 
 void NmeaSource::stopReceiving()
 {
+}
+
+void NmeaSource::withdrawPressure()
+{
+    if (ReadingSink* sink = ReadingSink::installed())
+        sink->setCurrentPressure(Pressure::None, sourceType);
 }
 
 bool NmeaSource::myWrite(const QString& message)

@@ -59,6 +59,9 @@ protected:
     // A single shot to reconnect() after `ms`, cancelled if the source goes first.
     void scheduleReconnect(int ms);
     void scheduleReconnect() { scheduleReconnect(retryIntervalMs()); }
+    // Writes the no-reading mark for this source's type, as a source does when it stops or
+    // loses its link.
+    void withdrawPressure();
     // Hands one line to the codec; false if the codec refused it.
     bool handOn(const QString& line);
     // Keeps the newest MaxUnfinishedLine characters of an unfinished line and drops the

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaSourceSerial.h"
 
-#include "app/BackEnd.h"
-#include "util/Pressure.h"
+#include "nmea/CalibrationLink.h"
 
 #include <QtCore/QDebug>
 
@@ -18,11 +17,10 @@ NmeaSourceSerial::NmeaSourceSerial(NmeaReceiver* receiver, const QString& portNa
 {
     sourceType = Serial;
     readWrite = true;
-    // BackEnd lives on the main thread, this source on the worker thread.
-    connect(backend, &BackEnd::sendCalibration, this, &NmeaSource::slot_sendMessage, Qt::QueuedConnection);
-    connect(this, &NmeaSourceSerial::calibrationStatus, backend, &BackEnd::calibrationStatus, Qt::QueuedConnection);
-    connect(this, &NmeaSourceSerial::calibrationValues, backend, &BackEnd::slot_calibrationValues,
-            Qt::QueuedConnection);
+    // Commands in and answers out, by whatever the application installed; every serial
+    // source of every receiver is linked here as it is made.
+    if (CalibrationLink* link = CalibrationLink::installed())
+        link->connectCalibration(*this);
 }
 
 NmeaSourceSerial::~NmeaSourceSerial()
@@ -213,7 +211,7 @@ void NmeaSourceSerial::slot_errorOccured(QSerialPort::SerialPortError error)
     serial->deleteLater();
     serial = nullptr;
     connected = false;
-    backend->setCurrentPressure(Pressure::None, Serial);
+    withdrawPressure();
     scheduleReconnect();
 }
 
@@ -232,6 +230,6 @@ void NmeaSourceSerial::stopReceiving()
         delete serial;
         serial = nullptr;
     }
-    backend->setCurrentPressure(Pressure::None, Serial);
+    withdrawPressure();
     connected = false;
 }

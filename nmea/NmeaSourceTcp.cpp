@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaSourceTcp.h"
 
-#include "app/BackEnd.h"
-#include "util/Pressure.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QTimer>
@@ -60,7 +58,7 @@ void NmeaSourceTcp::slot_startReceiving()
         // start of the receiver.
         socket->deleteLater();
         socket = nullptr;
-        backend->setCurrentPressure(Pressure::None, Tcp);
+        withdrawPressure();
         qWarning().noquote() << "failed to connect to TCP host" << host << port;
     }
 }
@@ -113,7 +111,7 @@ void NmeaSourceTcp::slot_tcpError(QAbstractSocket::SocketError error)
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
-    backend->setCurrentPressure(Pressure::None, Tcp);
+    withdrawPressure();
     scheduleReconnect();
 }
 
@@ -128,7 +126,7 @@ void NmeaSourceTcp::slot_tcpSocketDisconnected()
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
-    backend->setCurrentPressure(Pressure::None, Tcp);
+    withdrawPressure();
     scheduleReconnect();
 }
 
@@ -141,7 +139,7 @@ void NmeaSourceTcp::slot_timeOut()
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
-    backend->setCurrentPressure(Pressure::None, Tcp);
+    withdrawPressure();
     scheduleReconnect(10);
 }
 
@@ -158,6 +156,6 @@ void NmeaSourceTcp::stopReceiving()
         socket->deleteLater();
         socket = nullptr;
     }
-    backend->setCurrentPressure(Pressure::None, Tcp);
+    withdrawPressure();
     connected = false;
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 // Where a reading came from. The order is also the priority: the lowest value with a
-// usable reading wins, and arrays in BackEnd are indexed by it.
+// usable reading wins, and the arrays of readings are indexed by it.
 enum NmeaSourceType {
     Internal = 0,
     Serial = 1,

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaSourceUdp.h"
 
-#include "app/BackEnd.h"
-#include "util/Pressure.h"
 
 #include <QtCore/QDebug>
 #include <QtNetwork/QHostAddress>
@@ -58,7 +56,7 @@ void NmeaSourceUdp::slot_startReceiving()
             // the next start of the receiver.
             delete socket;
             socket = nullptr;
-            backend->setCurrentPressure(Pressure::None, Udp);
+            withdrawPressure();
         }
         return;
     }
@@ -127,7 +125,7 @@ void NmeaSourceUdp::slot_udpError(QAbstractSocket::SocketError error)
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
-    backend->setCurrentPressure(Pressure::None, Udp);
+    withdrawPressure();
     scheduleReconnect();
 }
 
@@ -140,7 +138,7 @@ void NmeaSourceUdp::slot_udpSocketDisconnected()
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
-    backend->setCurrentPressure(Pressure::None, Udp);
+    withdrawPressure();
     scheduleReconnect();
 }
 
@@ -152,6 +150,6 @@ void NmeaSourceUdp::stopReceiving()
         socket->deleteLater();
         socket = nullptr;
     }
-    backend->setCurrentPressure(Pressure::None, Udp);
+    withdrawPressure();
     connected = false;
 }
