@@ -32,6 +32,7 @@
 #include <sys/stat.h>
 
 BackEnd* backend = nullptr;
+DataSource* dataSource = nullptr;
 
 namespace {
 
@@ -52,7 +53,7 @@ public:
 
 const CurrentBackEndSettings currentBackEndSettings;
 
-// NMEA input reaches the application only through these; the worker thread may
+// NMEA input and the log reach the application only through these; the worker thread may
 // already ask them while the constructor goes on, and a receiver left running after this
 // object is gone finds none rather than a freed one.
 void installAsHost(BackEnd* back)
@@ -60,6 +61,7 @@ void installAsHost(BackEnd* back)
     ReadingSink::install(back);
     ReceiverHost::install(back);
     CalibrationLink::install(back);
+    LogHost::install(back);
 }
 
 void withdrawAsHost(BackEnd* back)
@@ -67,6 +69,7 @@ void withdrawAsHost(BackEnd* back)
     ReadingSink::withdraw(back);
     ReceiverHost::withdraw(back);
     CalibrationLink::withdraw(back);
+    LogHost::withdraw(back);
 }
 
 bool isSource(int type)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/SettingsMirror.h"
+#include "log/LogHost.h"
 #include "nmea/CalibrationLink.h"
 #include "nmea/NmeaSourceType.h"
 #include "nmea/ReadingSink.h"
@@ -30,13 +31,14 @@
 class QGeoPositionInfoSource;
 class QQmlApplicationEngine;
 class QSettings;
+class DataSource;
 class NmeaReceiver;
 class NmeaSenderUdp;
 
 // The present state of the instrument: the latest reading of each source, the settings,
-// the sampling tick and the NMEA receiver. It is what NMEA input reaches of the
-// application: the one made last installs itself as its sink and host.
-class BackEnd : public QObject, public ReadingSink, public ReceiverHost, public CalibrationLink
+// the sampling tick and the NMEA receiver. It is what NMEA input and the log reach of the
+// application: the one made last installs itself as their sink and host.
+class BackEnd : public QObject, public ReadingSink, public ReceiverHost, public CalibrationLink, public LogHost
 {
     Q_OBJECT
 
@@ -67,8 +69,8 @@ public:
     void setIosGpsData(double longitude, double latitude, double course, double speed);
 
     // The long-lived settings object, for the readers that go to it directly.
-    QSettings* getSettings() const { return settings; }
-    QString getAppPath() const { return appPath; }
+    QSettings* getSettings() const override { return settings; }
+    QString getAppPath() const override { return appPath; }
     // The NMEA receiver now running, or null; it lives on its own thread.
     NmeaReceiver* getReceiver() const { return receiver; }
     // The sender of the internal sensor and location paths, or null.
@@ -114,7 +116,7 @@ public:
     Q_INVOKABLE void setPreviousTheme(int i);
     Q_INVOKABLE bool isPhone();
     Q_INVOKABLE double convertToHpa(double value);
-    Q_INVOKABLE double convertToOther(double value);
+    Q_INVOKABLE double convertToOther(double value) override;
     Q_INVOKABLE void changeAlwaysOn();
     Q_INVOKABLE bool checkPermissionPart1();
     Q_INVOKABLE bool checkPermissionPart2();
@@ -137,7 +139,7 @@ public:
     Q_INVOKABLE int getHorizontalAdvance(QString string);
     Q_INVOKABLE void startNmea();
     Q_INVOKABLE QString getPressureSource();
-    Q_INVOKABLE QString getPressureUnit();
+    Q_INVOKABLE QString getPressureUnit() override;
     Q_INVOKABLE void calibrateBarometer(double offset, double slope, double pressure);
     Q_INVOKABLE qlonglong getCurrentTime();
     Q_INVOKABLE void clearAllFix();
@@ -213,3 +215,5 @@ private:
 };
 
 extern BackEnd* backend;
+// The log the tick writes into, set beside `backend` by whoever makes the log.
+extern DataSource* dataSource;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "log/Barogram.h"
 
-#include "app/BackEnd.h"
+#include "log/LogHost.h"
 #include "log/DataSource.h"
 #include "util/Util.h"
 
@@ -59,7 +59,8 @@ Barogram::Barogram(DataSource& log, int tableNb)
     const QString trend = log.getTrend3h();
     if (trend != QStringLiteral("notOK"))
         tendency = QString(trend).remove(QRegularExpression(QStringLiteral("<[^>]*>")));
-    unit = backend ? backend->getPressureUnit() : QStringLiteral("mb");
+    LogHost* host = LogHost::installed();
+    unit = host ? host->getPressureUnit() : QStringLiteral("mb");
 }
 
 double Barogram::span() const

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "log/CsvExport.h"
 
-#include "app/BackEnd.h"
 #include "log/DataSource.h"
+#include "log/LogHost.h"
 #include "util/SettingKeys.h"
 #include "util/Util.h"
 
@@ -16,7 +16,7 @@ constexpr double FeetPerMetre = 3.280833333333333;
 
 CsvExport::CsvExport(QIODevice* device)
 {
-    QSettings* settings = backend->getSettings();
+    QSettings* settings = LogHost::installed()->getSettings();
     language = settings->value(SettingKey::Language, SettingDefault::Language).toInt();
     // Defaults to UTC here, unlike the date routine that formats the rows; the header may
     // therefore name another zone than the rows carry.

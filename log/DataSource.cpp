@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "log/DataSource.h"
 
-#include "app/BackEnd.h"
 #include "log/Barogram.h"
 #include "log/CsvExport.h"
 #include "log/GpxExport.h"
+#include "log/LogHost.h"
 #include "util/Clock.h"
 #include "util/Pressure.h"
 #include "util/SettingKeys.h"
@@ -27,8 +27,6 @@
 
 #include <cmath>
 #include <mutex>
-
-DataSource* dataSource = nullptr;
 
 namespace {
 const QString ConnectionName = QStringLiteral("DB_BRINHOLT");
@@ -140,9 +138,15 @@ DataSource::~DataSource()
     qWarning().noquote() << "datasource deleted";
 }
 
+LogHost& DataSource::host()
+{
+    return *LogHost::installed();
+}
+
 QString DataSource::databasePath() const
 {
-    const QString base = backend ? backend->getAppPath() : QStringLiteral("./");
+    const LogHost* host = LogHost::installed();
+    const QString base = host ? host->getAppPath() : QStringLiteral("./");
     return base + QStringLiteral("brinholt.db");
 }
 
@@ -166,7 +170,7 @@ double DataSource::displayedPressure(double pressure, double elevation, double o
 
 double DataSource::pressureUnitFactor()
 {
-    switch (backend->getSetting(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
+    switch (host().getSetting(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
     case Pressure::Kpa:
         return Pressure::KpaPerHpa;
     case Pressure::InHg:
@@ -193,7 +197,7 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     QMutexLocker locker(&mutex);
     lastSampleTime = Clock::currentSecsSinceEpoch();
 
-    QSettings* settings = backend->getSettings();
+    QSettings* settings = host().getSettings();
     const double offset = settings->value(SettingKey::Offset, SettingDefault::Offset).toDouble();
     const double elevation = settings->value(SettingKey::Elevation, SettingDefault::Elevation).toDouble();
 
@@ -325,7 +329,7 @@ void DataSource::setTrend()
         return;
 
     // hPa per three hours
-    const double change = (backend->getCurrentPressure() - query.value(Pre).toDouble()) * 3.0;
+    const double change = (host().getCurrentPressure() - query.value(Pre).toDouble()) * 3.0;
     const double size = std::fabs(change);
     int level = 4;
     if (size < 1.0)
@@ -377,7 +381,7 @@ QString DataSource::getTrend3h()
         return result;
 
     // The official tendency is in millibars over three hours, whatever unit is shown.
-    const double difference = backend->getCurrentPressure() - query.value(Pre).toDouble();
+    const double difference = host().getCurrentPressure() - query.value(Pre).toDouble();
     return QStringLiteral("<div align='left'>%1 mb / 3h</div>").arg(difference, 0, 'f', 1);
 }
 
@@ -391,7 +395,7 @@ void DataSource::updateChart(const int& chartNb)
     seriesPoints.append(QVector<QPointF>());
 
     const double factor = pressureUnitFactor();
-    const int preDisplay = backend->getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
+    const int preDisplay = host().getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
 
     QSqlQuery query(database);
     query.setForwardOnly(true);
@@ -414,7 +418,7 @@ void DataSource::updateChart(const int& chartNb)
         const qint64 time = query.value(Time).toLongLong();
         if (first) {
             // While pressure arrives the newest row is x = 0; after it stops, the present is.
-            now = backend->getCurrentPressure() < 0.0 ? clock : time;
+            now = host().getCurrentPressure() < 0.0 ? clock : time;
             first = false;
         }
         const double pressure = displayedPressure(query.value(Pre).toDouble(), query.value(Ele).toDouble(),
@@ -457,7 +461,7 @@ QPointF DataSource::getValueAt(const double& timed, const int& chartNb, const QV
     QMutexLocker locker(&mutex);
     QSqlQuery query(database);
 
-    const int preDisplay = backend->getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
+    const int preDisplay = host().getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
     const double factor = pressureUnitFactor();
 
     const QString& table = tableNames.at(chartNb);
@@ -534,7 +538,7 @@ QVariantList DataSource::getTableContent(int tableNb)
 {
     QMutexLocker locker(&mutex);
 
-    const int preDisplay = backend->getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
+    const int preDisplay = host().getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
 
     QSqlQuery query(database);
     query.setForwardOnly(true);
@@ -612,7 +616,7 @@ bool DataSource::exportBarogram(int tableNb, QString fileName)
     fileName.remove(QStringLiteral("file://"), Qt::CaseSensitive);
     const QString written = fileName.isEmpty() ? QStringLiteral("barogram_%1.pdf").arg(tableNames.at(tableNb)) : fileName;
     // Takes no lock itself: the barogram reads the curve through updateChart.
-    if (!Barogram(*this, tableNb).save(fileName.isEmpty() ? backend->getAppPath() + written : fileName))
+    if (!Barogram(*this, tableNb).save(fileName.isEmpty() ? host().getAppPath() + written : fileName))
         return false;
     showFile(fileName, written);
     return true;
@@ -620,7 +624,7 @@ bool DataSource::exportBarogram(int tableNb, QString fileName)
 
 QString DataSource::defaultExportName(int tableNb, const QString& extension) const
 {
-    return backend->getAppPath() + QStringLiteral("export_") + tableNames.at(tableNb) + extension;
+    return host().getAppPath() + QStringLiteral("export_") + tableNames.at(tableNb) + extension;
 }
 
 void DataSource::showFile(const QString& fileName, const QString& writtenName)

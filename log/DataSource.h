@@ -15,6 +15,7 @@
 
 #include <optional>
 
+class LogHost;
 class QQuickView;
 
 // The pressure log: nine SQLite tables of growing span, decimated at write time.
@@ -86,6 +87,9 @@ private:
     // How far the raw pressure fell since the BARO3H row within 30 s of `age` seconds
     // before the latest sample; nothing when there is no such row.
     std::optional<double> rawFallSince(qint64 age, double pressure);
+    // What the application installed. The log is made after it, and every reader but the
+    // database path leans on it being there.
+    static LogHost& host();
     QString databasePath() const;
     // Journal and sync settings of the open connection; converts a file of an earlier
     // version, which used a rollback journal.
@@ -115,5 +119,3 @@ private:
     bool folderWritable = true;
     PressureWarning warning;
 };
-
-extern DataSource* dataSource;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "log/PressureWarning.h"
 
-#include "app/BackEnd.h"
+#include "log/LogHost.h"
 #include "util/SettingKeys.h"
 #include "util/Util.h"
 
@@ -61,9 +61,10 @@ PressureWarning::Level PressureWarning::judge(Level current, std::optional<doubl
 PressureWarning::Thresholds PressureWarning::thresholdsFromSettings()
 {
     Thresholds t;
-    if (!backend)
+    const LogHost* host = LogHost::installed();
+    if (!host)
         return t;
-    const QSettings* settings = backend->getSettings();
+    const QSettings* settings = host->getSettings();
     t.warning3h = settings->value(SettingKey::WarningFall3h, t.warning3h).toDouble();
     t.alarm3h = settings->value(SettingKey::AlarmFall3h, t.alarm3h).toDouble();
     t.alarm1h = settings->value(SettingKey::AlarmFall1h, t.alarm1h).toDouble();
@@ -72,7 +73,8 @@ PressureWarning::Thresholds PressureWarning::thresholdsFromSettings()
 
 bool PressureWarning::enabledInSettings()
 {
-    return !backend || backend->getSettings()->value(SettingKey::WarningOn, SettingDefault::WarningOn).toInt() == 1;
+    const LogHost* host = LogHost::installed();
+    return !host || host->getSettings()->value(SettingKey::WarningOn, SettingDefault::WarningOn).toInt() == 1;
 }
 
 void PressureWarning::evaluate(std::optional<double> fall3h, std::optional<double> fall1h, qint64 now)
@@ -117,9 +119,10 @@ QString PressureWarning::levelText() const
 
 QString PressureWarning::detailText() const
 {
-    const QString unit = backend ? backend->getPressureUnit() : QStringLiteral("hPa");
+    LogHost* host = LogHost::installed();
+    const QString unit = host ? host->getPressureUnit() : QStringLiteral("hPa");
     // A difference converts by the unit's factor alone.
-    auto inUnit = [](double hpa) { return backend ? backend->convertToOther(hpa) : hpa; };
+    auto inUnit = [host](double hpa) { return host ? host->convertToOther(hpa) : hpa; };
     QStringList parts;
     if (!std::isnan(lastFall3h))
         parts << tr("%1 %2 in three hours").arg(inUnit(lastFall3h), 0, 'f', 1).arg(unit);
