@@ -1,8 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
+#include "log/LogHost.h"
+#include "log/PressureWarning.h"
+#include "nmea/CalibrationLink.h"
+#include "nmea/Nmea0183.h"
+#include "nmea/ReadingSink.h"
+#include "nmea/ReceiverHost.h"
 #include "tests/support/HostTheme.h"
 #include "tests/support/LogFixture.h"
+#include "tests/support/NmeaTestKit.h"
 #include "util/Clock.h"
 #include "util/Util.h"
 
@@ -633,6 +640,53 @@ private slots:
         QSignalSpy updates(&f.backEnd(), &BackEnd::dataUpdated);
         QVERIFY(updates.wait(3000));
         QCOMPARE(updates.at(0).at(3).toString(), QStringLiteral("NONE"));
+    }
+
+    // ---- what NMEA input and the log reach of the application ----
+
+    void theBackEndMadeLastIsTheHostUntilItGoes()
+    {
+        TestDataFolder folder;
+        NmeaTestKit::writeIni(NmeaTestKit::quietSettings());
+        const QByteArray sentence("$WIXDR,P,1.0132,B,Barometer*08");
+        Nmea0183 codec(nullptr);
+
+        auto first = std::make_unique<BackEnd>();
+        QVERIFY(isHostOfAll(first.get()));
+        // The one the command line makes, with settings only, as well.
+        auto second = std::make_unique<BackEnd>(BackEnd::SettingsOnly());
+        QVERIFY(isHostOfAll(second.get()));
+        // The earlier one going takes nothing of the later one's.
+        first.reset();
+        QVERIFY(isHostOfAll(second.get()));
+        codec.decode(sentence, Xdr, Serial);
+        QCOMPARE(second->getSerialPressure(), 1013.2);
+
+        second.reset();
+        backend = nullptr;
+        QVERIFY(isHostOfAll(nullptr));
+        // With none a reading goes nowhere, and the log falls back on its own defaults.
+        codec.decode(sentence, Xdr, Serial);
+        QVERIFY(PressureWarning::enabledInSettings());
+        QCOMPARE(PressureWarning::thresholdsFromSettings().alarm1h, PressureWarning::Thresholds().alarm1h);
+
+        {
+            BackEnd third;
+            QVERIFY(isHostOfAll(&third));
+            QCOMPARE(third.getSerialPressure(), Pressure::None);
+            codec.decode(sentence, Xdr, Serial);
+            QCOMPARE(third.getSerialPressure(), 1013.2);
+        }
+        backend = nullptr;
+    }
+
+private:
+    static bool isHostOfAll(BackEnd* b)
+    {
+        return ReadingSink::installed() == static_cast<ReadingSink*>(b)
+                && ReceiverHost::installed() == static_cast<ReceiverHost*>(b)
+                && CalibrationLink::installed() == static_cast<CalibrationLink*>(b)
+                && LogHost::installed() == static_cast<LogHost*>(b);
     }
 };
 

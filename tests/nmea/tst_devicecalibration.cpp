@@ -28,6 +28,7 @@ private slots:
     void dialogueWithTheSimulatedDevice();
     void deviceAnsweringErrGivesFalse();
     void stoppedSourceSendsNothing();
+    void everyNewReceiverLinksItsSerialSource();
 
 private:
     static void startSerial(BackEnd& b, const QString& path)
@@ -239,6 +240,31 @@ void TestDeviceCalibration::stoppedSourceSendsNothing()
     terminal.readAvailable();
     b.requestCurrentCalibration();
     QCOMPARE(terminal.readUntil("\r\n", 500), QByteArray());
+}
+
+void TestDeviceCalibration::everyNewReceiverLinksItsSerialSource()
+{
+    TestDataFolder folder;
+    writeIni(quietSettings());
+    DeviceSim device;
+    const QString path = device.start({QStringLiteral("--interval"), QStringLiteral("100")});
+    QVERIFY(!path.isEmpty());
+    BackEnd b;
+    QSignalSpy values(&b, &BackEnd::calibrationValuesReceived);
+    QSignalSpy status(&b, &BackEnd::calibrationStatus);
+    startSerial(b, path);
+    // Each round leaves the Connections page once more: a new receiver, a new source.
+    for (int round = 1; round <= 3; ++round) {
+        if (round > 1)
+            b.startNmea();
+        // The source before is gone, and its pressure with it: this one reads.
+        QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
+        b.requestCurrentCalibration();
+        QTRY_COMPARE_WITH_TIMEOUT(values.count(), round, 3000);
+        b.resetBarometer();
+        QTRY_COMPARE_WITH_TIMEOUT(status.count(), round, 3000);
+    }
+    QVERIFY(stopNmea(b));
 }
 
 QTEST_MAIN(TestDeviceCalibration)

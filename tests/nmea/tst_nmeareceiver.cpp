@@ -5,6 +5,7 @@
 #include "nmea/NmeaSourceSerial.h"
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
+#include "nmea/ReceiverHost.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/NmeaTestKit.h"
 #include "tests/support/PseudoTerminal.h"
@@ -36,6 +37,7 @@ private slots:
     void checkMessageNeedsTypeAndChecksum_data();
     void checkMessageNeedsTypeAndChecksum();
     void readingsCrossFromTheWorkerThread();
+    void withoutHostNothingIsMadeOrSent();
 
 private:
     static QList<NmeaSource*> sourcesOf(BackEnd& b)
@@ -356,6 +358,26 @@ void TestNmeaReceiver::readingsCrossFromTheWorkerThread()
     QVERIFY(qAbs(b.getPosition().y() - 48.1173) < 1e-9);
     QCOMPARE(b.getCogSog().first, 84.4);
     QVERIFY(stopNmea(b));
+}
+
+void TestNmeaReceiver::withoutHostNothingIsMadeOrSent()
+{
+    // Every setting that would make a source or the output, and no application to read
+    // them from.
+    TestDataFolder folder;
+    QVariantMap settings = quietSettings();
+    settings.insert(QStringLiteral("SettingUseUdp"), 1);
+    settings.insert(QStringLiteral("SettingUdpPort"), freeUdpPort());
+    settings.insert(QStringLiteral("SettingUseUdpOut"), 1);
+    writeIni(settings);
+    QCOMPARE(ReceiverHost::installed(), nullptr);
+    NmeaReceiver receiver;
+    receiver.slot_startReceiving();
+    QVERIFY(receiver.getNmea());
+    QVERIFY(receiver.getSources().isEmpty());
+    QCOMPARE(receiver.getTimerSend(), nullptr);
+    receiver.slot_sendUdp();
+    QCOMPARE(receiver.getSender(), nullptr);
 }
 
 QTEST_MAIN(TestNmeaReceiver)
