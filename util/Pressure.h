@@ -11,6 +11,10 @@ namespace Pressure {
 // holds before the first one. Any value below 600 hPa counts as no usable pressure.
 constexpr double None = -2000.0;
 
+// A reading counts for this long after it came, in milliseconds; a source silent for longer
+// no longer feeds the instrument.
+constexpr int ReadingLifetimeMs = 60000;
+
 // The units by their index in the "unitPre" setting.
 enum Unit : int {
     Mb = 0,
