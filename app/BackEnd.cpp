@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BackEnd.h"
 
+#include "app/ConnectionStatusText.h"
 #include "log/DataSource.h"
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaReceiver.h"
 #include "nmea/NmeaSenderUdp.h"
+#include "util/Clock.h"
 #include "util/Pressure.h"
 #include "util/SanitizerSync.h"
 #include "util/SettingKeys.h"
@@ -34,7 +36,7 @@ BackEnd* backend = nullptr;
 
 namespace {
 
-constexpr qint64 ReadingLifetimeMs = 60000;
+constexpr qint64 ReadingLifetimeMs = Pressure::ReadingLifetimeMs;
 
 // Util's settings: those of whichever BackEnd is the global one at the moment of the call,
 // and the caller's default while there is none (before start-up has made one).
@@ -622,6 +624,7 @@ void BackEnd::startNmea()
         receiver->quitThread();
         receiver = nullptr;
     }
+    connectionStatusBoard.follow(nullptr);
     // No default for the port here: an absent key is empty text, which is not "None", so
     // a first start makes a receiver with no sources.
     const bool wanted = settings->value(SettingKey::SerialPort).toString() != QLatin1String("None")
@@ -633,6 +636,7 @@ void BackEnd::startNmea()
     receiver = new NmeaReceiver();
     auto* thread = new QThread();
     receiver->moveToThread(thread);
+    connectionStatusBoard.follow(receiver);
     connect(receiver, &NmeaReceiver::finished, thread, &QThread::quit);
     connect(thread, &QThread::finished, receiver, &QObject::deleteLater);
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
@@ -640,6 +644,15 @@ void BackEnd::startNmea()
             Qt::DirectConnection);
     thread->start(QThread::InheritPriority);
     receiver->startReceiving();
+}
+
+QString BackEnd::connectionStatus(int which)
+{
+    if (which < ConnectionStatus::SerialInput || which > ConnectionStatus::UdpOutput)
+        return QString();
+    const auto channel = static_cast<ConnectionStatus::Channel>(which);
+    return ConnectionStatusText::describe(connectionStatusBoard.status(channel),
+                                          connectionStatusBoard.lastSentenceMs(channel), Clock::monotonicMs());
 }
 
 // ---- Help and privacy documents -------------------------------------------------------
