@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BackEnd.h"
 
+#include "app/ConnectionStatusText.h"
 #include "log/DataSource.h"
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaReceiver.h"
 #include "nmea/NmeaSenderUdp.h"
 #include "nmea/NmeaSourceSerial.h"
+#include "util/Clock.h"
 #include "util/Pressure.h"
 #include "util/SanitizerSync.h"
 #include "util/SettingKeys.h"
@@ -36,7 +38,7 @@ DataSource* dataSource = nullptr;
 
 namespace {
 
-constexpr qint64 ReadingLifetimeMs = 60000;
+constexpr qint64 ReadingLifetimeMs = Pressure::ReadingLifetimeMs;
 
 // Util's settings: those of whichever BackEnd is the global one at the moment of the call,
 // and the caller's default while there is none (before start-up has made one).
@@ -654,6 +656,7 @@ void BackEnd::startNmea()
         receiver->quitThread();
         receiver = nullptr;
     }
+    connectionStatusBoard.follow(nullptr);
     // No default for the port here: an absent key is empty text, which is not "None", so
     // a first start makes a receiver with no sources.
     const bool wanted = settings->value(SettingKey::SerialPort).toString() != QLatin1String("None")
@@ -665,6 +668,7 @@ void BackEnd::startNmea()
     receiver = new NmeaReceiver();
     auto* thread = new QThread();
     receiver->moveToThread(thread);
+    connectionStatusBoard.follow(receiver);
     connect(receiver, &NmeaReceiver::finished, thread, &QThread::quit);
     connect(thread, &QThread::finished, receiver, &QObject::deleteLater);
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
@@ -672,6 +676,15 @@ void BackEnd::startNmea()
             Qt::DirectConnection);
     thread->start(QThread::InheritPriority);
     receiver->startReceiving();
+}
+
+QString BackEnd::connectionStatus(int which)
+{
+    if (which < ConnectionStatus::SerialInput || which > ConnectionStatus::UdpOutput)
+        return QString();
+    const auto channel = static_cast<ConnectionStatus::Channel>(which);
+    return ConnectionStatusText::describe(connectionStatusBoard.status(channel),
+                                          connectionStatusBoard.lastSentenceMs(channel), Clock::monotonicMs());
 }
 
 // ---- Help and privacy documents -------------------------------------------------------

@@ -4,6 +4,7 @@
 #include "app/SettingsMirror.h"
 #include "log/LogHost.h"
 #include "nmea/CalibrationLink.h"
+#include "nmea/ConnectionStatusBoard.h"
 #include "nmea/NmeaSourceType.h"
 #include "nmea/ReadingSink.h"
 #include "nmea/ReceiverHost.h"
@@ -73,6 +74,7 @@ public:
     QString getAppPath() const override { return appPath; }
     // The NMEA receiver now running, or null; it lives on its own thread.
     NmeaReceiver* getReceiver() const { return receiver; }
+    const ConnectionStatusBoard& getConnectionStatusBoard() const { return connectionStatusBoard; }
     // The sender of the internal sensor and location paths, or null.
     NmeaSenderUdp* getSenderUdp() const { return senderUdp; }
     // When the application last left the active state, in UTC; null before that.
@@ -147,6 +149,9 @@ public:
     Q_INVOKABLE void requestCurrentCalibration();
     Q_INVOKABLE void resetBarometer();
     Q_INVOKABLE double getSerialPressure();
+    // One line on what a connection of the running receiver does now: `which` is 1 serial,
+    // 2 TCP, 3 UDP input (as NmeaSourceType), 4 UDP output.
+    Q_INVOKABLE QString connectionStatus(int which);
 
     // The dark-mode answer for a window text colour: each of red, blue and green at least 129.
     static bool isDarkText(const QColor& windowText);
@@ -212,6 +217,8 @@ private:
     int previousTheme = -1;
     QDateTime pauseTime;
     NmeaReceiver* receiver = nullptr;
+    // What the receiver's connections are doing, for the Connections page.
+    ConnectionStatusBoard connectionStatusBoard;
 };
 
 extern BackEnd* backend;

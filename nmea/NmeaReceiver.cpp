@@ -7,6 +7,8 @@
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
 #include "nmea/ReceiverHost.h"
+#include "nmea/SentenceTimes.h"
+#include "util/Clock.h"
 #include "util/SanitizerSync.h"
 #include "util/SettingKeys.h"
 
@@ -111,6 +113,32 @@ void NmeaReceiver::decode(const QByteArray& sentence, const NmeaMessageType& typ
         nmea->decode(sentence, type, source);
 }
 
+void NmeaReceiver::noteSentence(NmeaSourceType source)
+{
+    if (sentenceTimes)
+        sentenceTimes->stamp(source, Clock::monotonicMs());
+}
+
+void NmeaReceiver::publishStatus(ConnectionStatus status)
+{
+    status.sinceMs = Clock::monotonicMs();
+    emit statusChanged(status);
+}
+
+void NmeaReceiver::publishOutput()
+{
+    // The null address that stands in for IPv6 entries receives nothing: it is not counted.
+    int count = 0;
+    const QSet<QHostAddress> addresses = sender->getBroadcastAddresses();
+    for (const QHostAddress& address : addresses)
+        count += address.isNull() ? 0 : 1;
+    ConnectionStatus status;
+    status.channel = ConnectionStatus::UdpOutput;
+    status.phase = ConnectionStatus::Open;
+    status.number = count;
+    publishStatus(status);
+}
+
 void NmeaReceiver::slot_startReceiving()
 {
     SanitizerSync::acquire(this);
@@ -139,6 +167,10 @@ void NmeaReceiver::slot_startReceiving()
         sources.append(serial);
         QTimer::singleShot(0, serial, SLOT(slot_startReceiving()));
         delay = delayBehindSerialMs();
+    } else if (host->getSetting(SettingKey::UseSerial, SettingDefault::UseSerial).toInt() == 1) {
+        ConnectionStatus status;
+        status.phase = ConnectionStatus::NoPort;
+        publishStatus(status);
     }
 
     if (host->getSetting(SettingKey::UseTcp, SettingDefault::UseTcp).toInt() == 1) {
@@ -148,6 +180,8 @@ void NmeaReceiver::slot_startReceiving()
         auto* tcp = new NmeaSourceTcp(this, address, port);
         sources.append(tcp);
         QTimer::singleShot(delay, tcp, SLOT(slot_startReceiving()));
+        if (delay > 0)
+            publishDelayed(ConnectionStatus::TcpInput, address, port, delay);
     }
 
     if (host->getSetting(SettingKey::UseUdp, SettingDefault::UseUdp).toInt() == 1) {
@@ -155,6 +189,8 @@ void NmeaReceiver::slot_startReceiving()
         auto* udp = new NmeaSourceUdp(this, QStringLiteral("0.0.0.0"), port);
         sources.append(udp);
         QTimer::singleShot(delay, udp, SLOT(slot_startReceiving()));
+        if (delay > 0)
+            publishDelayed(ConnectionStatus::UdpInput, QString(), port, delay);
     }
 
     if (host->getSetting(SettingKey::UseUdpOut, SettingDefault::UseUdpOut).toInt() == 1) {
@@ -162,7 +198,22 @@ void NmeaReceiver::slot_startReceiving()
         timerSend->setInterval(1000);
         connect(timerSend, &QTimer::timeout, this, &NmeaReceiver::slot_sendUdp);
         timerSend->start();
+        ConnectionStatus status;
+        status.channel = ConnectionStatus::UdpOutput;
+        status.phase = ConnectionStatus::Opening;
+        publishStatus(status);
     }
+}
+
+void NmeaReceiver::publishDelayed(ConnectionStatus::Channel channel, const QString& where, int port, int delayMs)
+{
+    ConnectionStatus status;
+    status.channel = channel;
+    status.phase = ConnectionStatus::Delayed;
+    status.where = where;
+    status.number = port;
+    status.milliseconds = delayMs;
+    publishStatus(status);
 }
 
 void NmeaReceiver::slot_sendUdp()
@@ -170,8 +221,11 @@ void NmeaReceiver::slot_sendUdp()
     ReceiverHost* host = ReceiverHost::installed();
     if (!host)
         return;
-    if (!sender)
+    if (!sender) {
         sender = new NmeaSenderUdp();
+        connect(sender, &NmeaSenderUdp::broadcastAddressesChanged, this, &NmeaReceiver::publishOutput);
+        publishOutput();
+    }
     const int port = host->getSetting(SettingKey::UpdPort, SettingDefault::UpdPort).toInt();
     // Raw: no offset and no reduction to sea level on this path.
     const double pressure = host->getCurrentPressure();

@@ -2,6 +2,7 @@
 #pragma once
 
 
+#include "nmea/ConnectionStatus.h"
 #include "nmea/NmeaMessageType.h"
 #include "nmea/NmeaSourceType.h"
 #include "util/WarningState.h"
@@ -19,6 +20,7 @@ class NmeaSenderUdp;
 class NmeaSource;
 class ReceiverHost;
 class QTimer;
+class SentenceTimes;
 
 // Everything of NMEA input that runs on the worker thread: the codec, the sources made
 // from the connection settings, and the UDP output. A change of settings throws the whole
@@ -43,12 +45,22 @@ public:
     QTimer* getTimerSend() const { return timerSend; }
     NmeaSenderUdp* getSender() const { return sender; }
 
+    // Where the sources note their accepted sentences. Set before the thread starts.
+    void setSentenceTimes(std::shared_ptr<SentenceTimes> times) { sentenceTimes = std::move(times); }
+    // A source accepted a sentence: one relaxed store, nothing more on the reading path.
+    void noteSentence(NmeaSourceType source);
+    // Tells whoever follows this receiver what a connection does now, from the time of the
+    // call on.
+    void publishStatus(ConnectionStatus status);
+
     // Milliseconds by which TCP and UDP start behind a serial source. Tests shorten it.
     static int delayBehindSerialMs() { return delayBehindSerial.load(std::memory_order_relaxed); }
     static void setDelayBehindSerialMs(int ms) { delayBehindSerial.store(ms, std::memory_order_relaxed); }
 
 signals:
     void finished();
+    // Emitted on the worker thread at each change of a connection's state.
+    void statusChanged(const ConnectionStatus& status);
 
 public slots:
     void slot_startReceiving();
@@ -59,6 +71,9 @@ private slots:
     void slot_stopOnOwnThread();
 
 private:
+    void publishDelayed(ConnectionStatus::Channel channel, const QString& where, int port, int delayMs);
+    // The output's address count, at its start and after each new scan.
+    void publishOutput();
     // ALR for the pressure-fall warning, from the output tick.
     void sendAlarmIfDue(ReceiverHost& host, int port);
     // How quitThread and the worker thread take turns when the main thread ends it.
@@ -76,6 +91,7 @@ private:
     WarningState alrSent;
     int ticksSinceAlr = 0;
     std::shared_ptr<QuitHandshake> quitHandshake;
+    std::shared_ptr<SentenceTimes> sentenceTimes;
 
     static std::atomic<int> delayBehindSerial;
 };

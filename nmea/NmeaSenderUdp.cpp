@@ -64,6 +64,7 @@ void NmeaSenderUdp::slot_restart()
     }
     // Reached only without a socket: at construction, or after a failed send deleted it.
     socket = new QUdpSocket(this);
+    emit broadcastAddressesChanged();
 }
 
 bool NmeaSenderUdp::sendPressure(const double& pressure, const int& port)

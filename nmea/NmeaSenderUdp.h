@@ -50,6 +50,10 @@ public:
     static int restartDelayMs() { return restartDelay.load(std::memory_order_relaxed); }
     static void setRestartDelayMs(int ms) { restartDelay.store(ms, std::memory_order_relaxed); }
 
+signals:
+    // A new scan has filled the address list (after a failed send).
+    void broadcastAddressesChanged();
+
 public slots:
     void slot_restart();
 

@@ -139,5 +139,14 @@ bool NmeaSource::handOn(const QString& line)
     if (!receiver->checkMessage(sentence, &type))
         return false;
     receiver->decode(sentence, type, sourceType);
+    receiver->noteSentence(sourceType);
     return true;
+}
+
+void NmeaSource::publish(ConnectionStatus status)
+{
+    status.channel = static_cast<ConnectionStatus::Channel>(sourceType);
+    if (status.phase == ConnectionStatus::Retrying && status.milliseconds == 0)
+        status.milliseconds = retryIntervalMs();
+    receiver->publishStatus(status);
 }

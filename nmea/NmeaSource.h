@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "nmea/ConnectionStatus.h"
 #include "nmea/NmeaSourceType.h"
 
 #include <QtCore/QObject>
@@ -62,8 +63,12 @@ protected:
     // Writes the no-reading mark for this source's type, as a source does when it stops or
     // loses its link.
     void withdrawPressure();
-    // Hands one line to the codec; false if the codec refused it.
+    // Hands one line to the codec; false if the codec refused it. An accepted line is noted
+    // as this source's last sentence.
     bool handOn(const QString& line);
+    // Tells the receiver what this source does now; the channel is the source's type, and a
+    // retry's interval is the one scheduleReconnect() uses.
+    void publish(ConnectionStatus status);
     // Keeps the newest MaxUnfinishedLine characters of an unfinished line and drops the
     // rest; the first drop of an overflow says so, later ones stay quiet until a line has
     // ended again. Call it with what is left after the complete lines were taken.

@@ -105,10 +105,12 @@ void NmeaSourceSerial::slot_startReceiving()
     serial->setDataBits(dataBitsFor(nbBits));
     serial->setStopBits(stopBitsFor(stopBit));
 
+    publishPhase(ConnectionStatus::Opening);
     if (!serial->open(readWrite ? QIODevice::ReadWrite : QIODevice::ReadOnly)) {
         // Unlike the network sources this one never gives up, so that a device plugged in
         // later is found.
         qWarning().noquote() << "error opening serial port" << serial->errorString();
+        publishPhase(ConnectionStatus::Retrying, ConnectionStatus::reasonFor(serial->error()), serial->errorString());
         scheduleReconnect();
         delete serial;
         serial = nullptr;
@@ -126,6 +128,20 @@ void NmeaSourceSerial::slot_startReceiving()
     reconnecting = false;
     connect(serial, &QSerialPort::readyRead, this, &NmeaSourceSerial::slot_readyRead, Qt::UniqueConnection);
     qWarning().noquote() << "serial port started" << portName << baudRate;
+    publishPhase(ConnectionStatus::Open);
+}
+
+void NmeaSourceSerial::publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
+                                    const QString& errorText)
+{
+    ConnectionStatus status;
+    status.phase = phase;
+    status.reason = reason;
+    status.where = portName;
+    // What the port was set to, from this source's own key, not the page's speed box.
+    status.number = serial ? static_cast<int>(serial->baudRate()) : baudRate;
+    status.errorText = errorText;
+    publish(status);
 }
 
 void NmeaSourceSerial::slot_readyRead()
@@ -206,6 +222,7 @@ void NmeaSourceSerial::slot_errorOccured(QSerialPort::SerialPortError error)
     if (error == QSerialPort::NoError || !serial)
         return;
     qWarning().noquote() << "error occured on port" << portName << error << serial->errorString();
+    publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, serial->errorString());
     // A failing port keeps reporting until it is gone; one report is enough.
     serial->disconnect(this);
     serial->deleteLater();

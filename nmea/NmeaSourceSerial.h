@@ -44,6 +44,9 @@ public slots:
 
 private:
     void handleLine(QString line);
+    // The port's status in `phase`, with its name and the speed it is set to.
+    void publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason = ConnectionStatus::NoReason,
+                      const QString& errorText = QString());
 
     QSerialPort* serial = nullptr;
     QString portName;

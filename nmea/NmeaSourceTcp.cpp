@@ -30,6 +30,8 @@ void NmeaSourceTcp::slot_startReceiving()
     socket = new QTcpSocket(this);
     socket->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
     qWarning().noquote() << "trying to connect to tcp";
+    // Before the wait below, which holds this thread but not the page.
+    publishPhase(ConnectionStatus::Opening);
     // The host goes as the user typed it, zero-padded default included.
     socket->connectToHost(host, static_cast<quint16>(port), QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
     // Blocks the worker thread, and every source on it, for up to 5 seconds.
@@ -43,11 +45,14 @@ void NmeaSourceTcp::slot_startReceiving()
         reconnecting = false;
         if (watchdog)
             watchdog->start();
+        publishPhase(ConnectionStatus::Open);
         return;
     }
 
     connected = false;
     qWarning().noquote() << socket->errorString();
+    publishPhase(reconnecting ? ConnectionStatus::Retrying : ConnectionStatus::GivenUp,
+                 ConnectionStatus::reasonFor(socket->error()), socket->errorString());
     if (reconnecting) {
         // Once a connection has existed the retries never end. The socket stays for the
         // next start to remove.
@@ -104,6 +109,7 @@ void NmeaSourceTcp::slot_tcpError(QAbstractSocket::SocketError error)
     if (!socket)
         return;
     qWarning().noquote() << "tcp socket error" << socket->errorString();
+    publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, socket->errorString());
     disconnectSocket();
     socket->disconnectFromHost();
     if (socket->state() != QAbstractSocket::UnconnectedState)
@@ -122,6 +128,7 @@ void NmeaSourceTcp::slot_tcpSocketDisconnected()
     if (!socket)
         return;
     qWarning().noquote() << "tcp socket disconnected" << socket->errorString();
+    publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, socket->errorString());
     disconnectSocket();
     socket->deleteLater();
     socket = nullptr;
@@ -134,6 +141,7 @@ void NmeaSourceTcp::slot_timeOut()
 {
     if (!socket)
         return;
+    publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, QString(), 10);
     disconnectSocket();
     socket->abort();
     socket->deleteLater();
@@ -141,6 +149,19 @@ void NmeaSourceTcp::slot_timeOut()
     reconnecting = true;
     withdrawPressure();
     scheduleReconnect(10);
+}
+
+void NmeaSourceTcp::publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
+                                 const QString& errorText, int milliseconds)
+{
+    ConnectionStatus status;
+    status.phase = phase;
+    status.reason = reason;
+    status.where = host;
+    status.number = port;
+    status.errorText = errorText;
+    status.milliseconds = milliseconds;
+    publish(status);
 }
 
 void NmeaSourceTcp::stopReceiving()

@@ -33,6 +33,8 @@ public slots:
 
 private:
     void disconnectSocket();
+    void publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason = ConnectionStatus::NoReason,
+                      const QString& errorText = QString(), int milliseconds = 0);
 
     QTcpSocket* socket = nullptr;
     int port;

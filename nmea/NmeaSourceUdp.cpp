@@ -48,6 +48,8 @@ void NmeaSourceUdp::slot_startReceiving()
 
     if (!socket->bind(address, static_cast<quint16>(port), flags)) {
         connected = false;
+        publishPhase(reconnecting ? ConnectionStatus::Retrying : ConnectionStatus::GivenUp,
+                     ConnectionStatus::reasonFor(socket->error()), socket->errorString());
         if (reconnecting) {
             qWarning().noquote() << "trying to reconnect to udp";
             scheduleReconnect();
@@ -75,6 +77,7 @@ void NmeaSourceUdp::slot_startReceiving()
             Qt::UniqueConnection);
     connected = true;
     reconnecting = false;
+    publishPhase(ConnectionStatus::Open);
     slot_readPendingDatagrams();
     qWarning().noquote() << "udp source activated" << host << port;
 }
@@ -120,6 +123,7 @@ void NmeaSourceUdp::slot_udpError(QAbstractSocket::SocketError error)
     if (!socket)
         return;
     qWarning().noquote() << "udp socket error" << socket->errorString();
+    publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, socket->errorString());
     disconnectSocket();
     closeAndWait(socket);
     socket->deleteLater();
@@ -134,12 +138,24 @@ void NmeaSourceUdp::slot_udpSocketDisconnected()
     if (!socket)
         return;
     qWarning().noquote() << "Udp socket disconnected" << socket->errorString();
+    publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, socket->errorString());
     disconnectSocket();
     socket->deleteLater();
     socket = nullptr;
     reconnecting = true;
     withdrawPressure();
     scheduleReconnect();
+}
+
+void NmeaSourceUdp::publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
+                                 const QString& errorText)
+{
+    ConnectionStatus status;
+    status.phase = phase;
+    status.reason = reason;
+    status.number = port;
+    status.errorText = errorText;
+    publish(status);
 }
 
 void NmeaSourceUdp::stopReceiving()

@@ -29,6 +29,8 @@ public slots:
 
 private:
     void disconnectSocket();
+    void publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason = ConnectionStatus::NoReason,
+                      const QString& errorText = QString());
 
     QUdpSocket* socket = nullptr;
     int port;

@@ -18,6 +18,8 @@ ScrollView {
     property bool ready: false
     property bool isAndroidOrIos: Qt.platform.os === "android" || Qt.platform.os === "ios"
     readonly property bool hasBackend: typeof backend !== "undefined" && backend !== null
+    // Counts the seconds the page is open; the status lines read themselves again at each.
+    property int statusTick: 0
     // The ports the machine offers, as the list shows them; read once, when the page opens.
     property var serialPorts: hasBackend ? backend.getSerialPorts() : []
     // A stored device that the list lacks but that is there all the same (a pseudo-terminal,
@@ -205,6 +207,21 @@ ScrollView {
                 }
             }
 
+            // What the running receiver does with it; the switch and the fields above take
+            // effect only when the page is left.
+            ConnectionStatusLine {
+                id: serialStatus
+                objectName: "serialStatus"
+                channel: 1
+                tick: settingsRect.statusTick
+                Layout.columnSpan: 2
+                Layout.fillWidth: true
+                Layout.preferredWidth: 0
+                Layout.leftMargin: swPos.leftPadding
+                Layout.topMargin: -4
+                Layout.bottomMargin: 6
+            }
+
             Switch {
                 id: swTcp
                 objectName: "swTcp"
@@ -255,6 +272,19 @@ ScrollView {
                 }
             }
 
+            ConnectionStatusLine {
+                id: tcpStatus
+                objectName: "tcpStatus"
+                channel: 2
+                tick: settingsRect.statusTick
+                Layout.columnSpan: 2
+                Layout.fillWidth: true
+                Layout.preferredWidth: 0
+                Layout.leftMargin: swPos.leftPadding
+                Layout.topMargin: -4
+                Layout.bottomMargin: 6
+            }
+
             Switch {
                 id: swUdp
                 objectName: "swUdp"
@@ -266,6 +296,19 @@ ScrollView {
                 objectName: "udpInputPort"
                 enabled: swUdp.checked
                 Accessible.name: qsTranslate("settingsConnections", "UDP input port")
+            }
+
+            ConnectionStatusLine {
+                id: udpStatus
+                objectName: "udpStatus"
+                channel: 3
+                tick: settingsRect.statusTick
+                Layout.columnSpan: 2
+                Layout.fillWidth: true
+                Layout.preferredWidth: 0
+                Layout.leftMargin: swPos.leftPadding
+                Layout.topMargin: -4
+                Layout.bottomMargin: 6
             }
 
             Switch {
@@ -295,10 +338,30 @@ ScrollView {
                     Accessible.name: text
                 }
             }
+
+            ConnectionStatusLine {
+                id: udpOutStatus
+                objectName: "udpOutStatus"
+                channel: 4
+                tick: settingsRect.statusTick
+                Layout.columnSpan: 2
+                Layout.fillWidth: true
+                Layout.preferredWidth: 0
+                Layout.leftMargin: swPos.leftPadding
+                Layout.topMargin: -4
+                Layout.bottomMargin: 6
+            }
         }
 
         Item {
             Layout.fillHeight: true
+        }
+
+        Timer {
+            interval: 1000
+            running: true
+            repeat: true
+            onTriggered: settingsRect.statusTick++
         }
     }
 

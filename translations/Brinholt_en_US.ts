@@ -239,6 +239,137 @@ Without options Brinholt opens its window.
     </message>
 </context>
 <context>
+    <name>ConnectionStatusText</name>
+    <message>
+        <source>permission denied (add your user to the dialout group, then log in again)</source>
+        <translation>permission denied (add your user to the dialout group, then log in again)</translation>
+    </message>
+    <message>
+        <source>permission denied</source>
+        <translation>permission denied</translation>
+    </message>
+    <message>
+        <source>no such device</source>
+        <translation>no such device</translation>
+    </message>
+    <message>
+        <source>connection refused</source>
+        <translation>connection refused</translation>
+    </message>
+    <message>
+        <source>host not found</source>
+        <translation>host not found</translation>
+    </message>
+    <message>
+        <source>no answer within 5 s</source>
+        <translation>no answer within 5 s</translation>
+    </message>
+    <message>
+        <source>port already in use</source>
+        <translation>port already in use</translation>
+    </message>
+    <message>
+        <source>unknown error</source>
+        <translation>unknown error</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>off</translation>
+    </message>
+    <message>
+        <source>on, but no port chosen</source>
+        <translation>on, but no port chosen</translation>
+    </message>
+    <message>
+        <source>starts in %1 s, after the serial input</source>
+        <translation>starts in %1 s, after the serial input</translation>
+    </message>
+    <message>
+        <source>opening %1</source>
+        <translation>opening %1</translation>
+    </message>
+    <message>
+        <source>connecting to %1</source>
+        <translation>connecting to %1</translation>
+    </message>
+    <message>
+        <source>opening port %1</source>
+        <translation>opening port %1</translation>
+    </message>
+    <message>
+        <source>starting</source>
+        <translation>starting</translation>
+    </message>
+    <message>
+        <source>reading %1 at %2 baud, last sentence %3 s ago</source>
+        <translation>reading %1 at %2 baud, last sentence %3 s ago</translation>
+    </message>
+    <message>
+        <source>%1 open at %2 baud, but no sentence for %3 s</source>
+        <translation>%1 open at %2 baud, but no sentence for %3 s</translation>
+    </message>
+    <message>
+        <source>connected to %1, last sentence %2 s ago</source>
+        <translation>connected to %1, last sentence %2 s ago</translation>
+    </message>
+    <message>
+        <source>connected to %1, but no sentence for %2 s</source>
+        <translation>connected to %1, but no sentence for %2 s</translation>
+    </message>
+    <message>
+        <source>listening on port %1, last sentence %2 s ago</source>
+        <translation>listening on port %1, last sentence %2 s ago</translation>
+    </message>
+    <message>
+        <source>listening on port %1, but no sentence for %2 s</source>
+        <translation>listening on port %1, but no sentence for %2 s</translation>
+    </message>
+    <message>
+        <source>no broadcast address found: no network that can broadcast is up</source>
+        <translation>no broadcast address found: no network that can broadcast is up</translation>
+    </message>
+    <message>
+        <source>sending to 1 broadcast address</source>
+        <translation>sending to 1 broadcast address</translation>
+    </message>
+    <message>
+        <source>sending to %1 broadcast addresses</source>
+        <translation>sending to %1 broadcast addresses</translation>
+    </message>
+    <message>
+        <source>%1 lost (%2); retrying every %3 s</source>
+        <translation>%1 lost (%2); retrying every %3 s</translation>
+    </message>
+    <message>
+        <source>cannot open %1: %2; retrying every %3 s</source>
+        <translation>cannot open %1: %2; retrying every %3 s</translation>
+    </message>
+    <message>
+        <source>connection to %1 lost, retrying every %2 s</source>
+        <translation>connection to %1 lost, retrying every %2 s</translation>
+    </message>
+    <message>
+        <source>cannot connect to %1: %2; retrying every %3 s</source>
+        <translation>cannot connect to %1: %2; retrying every %3 s</translation>
+    </message>
+    <message>
+        <source>listening on port %1 stopped, retrying every %2 s</source>
+        <translation>listening on port %1 stopped, retrying every %2 s</translation>
+    </message>
+    <message>
+        <source>cannot listen on port %1: %2; retrying every %3 s</source>
+        <translation>cannot listen on port %1: %2; retrying every %3 s</translation>
+    </message>
+    <message>
+        <source>cannot connect to %1: %2, not retried; leave this page to try again</source>
+        <translation>cannot connect to %1: %2, not retried; leave this page to try again</translation>
+    </message>
+    <message>
+        <source>cannot listen on port %1: %2, not retried; leave this page to try again</source>
+        <translation>cannot listen on port %1: %2, not retried; leave this page to try again</translation>
+    </message>
+</context>
+<context>
     <name>DataSource</name>
     <message>
         <source>Device</source>

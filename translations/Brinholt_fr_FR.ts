@@ -239,6 +239,137 @@ Sans option, Brinholt ouvre sa fenêtre.
     </message>
 </context>
 <context>
+    <name>ConnectionStatusText</name>
+    <message>
+        <source>permission denied (add your user to the dialout group, then log in again)</source>
+        <translation>permission refusée (ajoutez votre utilisateur au groupe dialout, puis reconnectez-vous)</translation>
+    </message>
+    <message>
+        <source>permission denied</source>
+        <translation>permission refusée</translation>
+    </message>
+    <message>
+        <source>no such device</source>
+        <translation>périphérique introuvable</translation>
+    </message>
+    <message>
+        <source>connection refused</source>
+        <translation>connexion refusée</translation>
+    </message>
+    <message>
+        <source>host not found</source>
+        <translation>hôte introuvable</translation>
+    </message>
+    <message>
+        <source>no answer within 5 s</source>
+        <translation>aucune réponse en 5 s</translation>
+    </message>
+    <message>
+        <source>port already in use</source>
+        <translation>port déjà utilisé</translation>
+    </message>
+    <message>
+        <source>unknown error</source>
+        <translation>erreur inconnue</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>désactivée</translation>
+    </message>
+    <message>
+        <source>on, but no port chosen</source>
+        <translation>activée, mais aucun port choisi</translation>
+    </message>
+    <message>
+        <source>starts in %1 s, after the serial input</source>
+        <translation>démarre dans %1 s, après l&apos;entrée série</translation>
+    </message>
+    <message>
+        <source>opening %1</source>
+        <translation>ouverture de %1</translation>
+    </message>
+    <message>
+        <source>connecting to %1</source>
+        <translation>connexion à %1</translation>
+    </message>
+    <message>
+        <source>opening port %1</source>
+        <translation>ouverture du port %1</translation>
+    </message>
+    <message>
+        <source>starting</source>
+        <translation>démarrage</translation>
+    </message>
+    <message>
+        <source>reading %1 at %2 baud, last sentence %3 s ago</source>
+        <translation>lecture de %1 à %2 bauds, dernière phrase il y a %3 s</translation>
+    </message>
+    <message>
+        <source>%1 open at %2 baud, but no sentence for %3 s</source>
+        <translation>%1 ouvert à %2 bauds, mais aucune phrase depuis %3 s</translation>
+    </message>
+    <message>
+        <source>connected to %1, last sentence %2 s ago</source>
+        <translation>connecté à %1, dernière phrase il y a %2 s</translation>
+    </message>
+    <message>
+        <source>connected to %1, but no sentence for %2 s</source>
+        <translation>connecté à %1, mais aucune phrase depuis %2 s</translation>
+    </message>
+    <message>
+        <source>listening on port %1, last sentence %2 s ago</source>
+        <translation>à l&apos;écoute sur le port %1, dernière phrase il y a %2 s</translation>
+    </message>
+    <message>
+        <source>listening on port %1, but no sentence for %2 s</source>
+        <translation>à l&apos;écoute sur le port %1, mais aucune phrase depuis %2 s</translation>
+    </message>
+    <message>
+        <source>no broadcast address found: no network that can broadcast is up</source>
+        <translation>aucune adresse de diffusion : aucun réseau capable de diffuser n&apos;est actif</translation>
+    </message>
+    <message>
+        <source>sending to 1 broadcast address</source>
+        <translation>envoi vers 1 adresse de diffusion</translation>
+    </message>
+    <message>
+        <source>sending to %1 broadcast addresses</source>
+        <translation>envoi vers %1 adresses de diffusion</translation>
+    </message>
+    <message>
+        <source>%1 lost (%2); retrying every %3 s</source>
+        <translation>%1 perdu (%2) ; nouvel essai toutes les %3 s</translation>
+    </message>
+    <message>
+        <source>cannot open %1: %2; retrying every %3 s</source>
+        <translation>impossible d&apos;ouvrir %1 : %2 ; nouvel essai toutes les %3 s</translation>
+    </message>
+    <message>
+        <source>connection to %1 lost, retrying every %2 s</source>
+        <translation>connexion à %1 perdue, nouvel essai toutes les %2 s</translation>
+    </message>
+    <message>
+        <source>cannot connect to %1: %2; retrying every %3 s</source>
+        <translation>impossible de se connecter à %1 : %2 ; nouvel essai toutes les %3 s</translation>
+    </message>
+    <message>
+        <source>listening on port %1 stopped, retrying every %2 s</source>
+        <translation>écoute sur le port %1 interrompue, nouvel essai toutes les %2 s</translation>
+    </message>
+    <message>
+        <source>cannot listen on port %1: %2; retrying every %3 s</source>
+        <translation>impossible d&apos;écouter sur le port %1 : %2 ; nouvel essai toutes les %3 s</translation>
+    </message>
+    <message>
+        <source>cannot connect to %1: %2, not retried; leave this page to try again</source>
+        <translation>impossible de se connecter à %1 : %2, pas de nouvel essai ; quittez cette page pour réessayer</translation>
+    </message>
+    <message>
+        <source>cannot listen on port %1: %2, not retried; leave this page to try again</source>
+        <translation>impossible d&apos;écouter sur le port %1 : %2, pas de nouvel essai ; quittez cette page pour réessayer</translation>
+    </message>
+</context>
+<context>
     <name>DataSource</name>
     <message>
         <source>Device</source>

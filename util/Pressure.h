@@ -13,6 +13,10 @@ constexpr double None = -2000.0;
 // Any value below this counts as no usable pressure: the tick neither shows nor logs it.
 constexpr double UsableFrom = 600.0;
 
+// A reading counts for this long after it came, in milliseconds; a source silent for longer
+// no longer feeds the instrument.
+constexpr int ReadingLifetimeMs = 60000;
+
 // The units by their index in the "unitPre" setting.
 enum Unit : int {
     Mb = 0,

@@ -42,6 +42,31 @@ private slots:
         QTest::newRow("policy, French") << "policy" << 1 << QString::fromUtf8("ne collecte rien d'autre");
     }
 
+    // What the manual says of the pages matches what they do.
+    void manualTellsWhatThePagesDo_data()
+    {
+        QTest::addColumn<QString>("claim");
+        QTest::newRow("offset limits by unit") << "up to 10.00 either way in mb, hPa, kPa and mmHg, and up to 1.000 either way in inHg";
+        QTest::newRow("a calibration accepted shows nothing") << "goes back to the graph page without a word";
+        QTest::newRow("no time limit after Calibrate") << "After <b>Calibrate</b> or <b>Factory reset</b> no such time limit runs";
+        QTest::newRow("calibration waits for a reading") << "keeps <b>Calibrate</b> disabled";
+        QTest::newRow("unlisted device") << QString::fromUtf8("<i>Other device…</i>");
+        QTest::newRow("status lines") << "a status line tells, live, what that connection is doing now";
+        QTest::newRow("keyboard") << "Every page can be worked from the keyboard";
+        QTest::newRow("connections picture") << "Help_files/connections.png";
+    }
+
+    void manualTellsWhatThePagesDo()
+    {
+        QFETCH(QString, claim);
+        QFile file(":/Help/English/DesktopHelp.htm");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString html = QString::fromUtf8(file.readAll());
+        QVERIFY2(html.contains(claim), qPrintable(claim));
+        QVERIFY(!html.contains("A message tells whether the device accepted"));
+        QVERIFY(!html.contains("up to 10 either way"));
+    }
+
     void documents()
     {
         QFETCH(QString, which);
@@ -56,7 +81,7 @@ private slots:
         // Each picture is in the resources, under the address the rich text will use.
         const QStringList sources = captures(html, QStringLiteral("<img [^>]*src=\"([^\"]*)\""));
         if (which == "help")
-            QVERIFY2(sources.size() >= 3, qPrintable(sources.join(' ')));
+            QVERIFY2(sources.size() >= 4, qPrintable(sources.join(' ')));
         QCOMPARE(html.count("<img "), sources.size());
         for (const QString& source : sources) {
             QVERIFY2(source.startsWith("/Help/"), qPrintable(source));

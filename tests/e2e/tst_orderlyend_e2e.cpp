@@ -112,9 +112,9 @@ private slots:
     {
         QTest::addColumn<int>("clicks");
         QTest::addColumn<QString>("page");
-        QTest::newRow("graph page") << 0 << QString("qrc:/BaroSwipe");
-        QTest::newRow("settings page") << 1 << QString("qrc:/settings");
-        QTest::newRow("connections page") << 2 << QString("qrc:/settingsConnections");
+        QTest::newRow("graph page") << 0 << QString("BaroSwipe");
+        QTest::newRow("settings page") << 1 << QString("settings");
+        QTest::newRow("connections page") << 2 << QString("settingsConnections");
     }
 
     void endBySignalKeepsThePageEdits()
@@ -141,7 +141,7 @@ private slots:
         QVERIFY(app.start());
         QVERIFY2(app.waitForLog("main page loaded", 30000), qPrintable(app.log().join('\n')));
         if (clicks >= 1)
-            QVERIFY2(clickUntilShown(app, settingsButton, "qrc:/settings"), qPrintable(app.log().join('\n')));
+            QVERIFY2(clickUntilShown(app, settingsButton, "settings"), qPrintable(app.log().join('\n')));
         if (clicks >= 2)
             QVERIFY2(clickUntilShown(app, connectionsButton, page), qPrintable(app.log().join('\n')));
         const int linesBefore = app.log().size();

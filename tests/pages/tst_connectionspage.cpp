@@ -6,14 +6,17 @@
 #include "tests/support/PseudoTerminal.h"
 
 #include "app/BackEnd.h"
+#include "app/TranslationHandler.h"
 #include "nmea/NmeaReceiver.h"
 #include "tools/DeviceSimulator.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
 #include <QtCore/QRandomGenerator>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QAccessible>
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QTcpServer>
 #include <QtNetwork/QUdpSocket>
@@ -42,6 +45,18 @@ quint16 freeUdpPort()
         const auto port = static_cast<quint16>(QRandomGenerator::global()->bounded(20000, 60000));
         QUdpSocket probe;
         if (probe.bind(QHostAddress::Any, port))
+            return port;
+    }
+    return 0;
+}
+
+// A TCP port at or above 6000 on the loopback where nothing listens now.
+quint16 closedTcpPort()
+{
+    for (int attempt = 0; attempt < 200; ++attempt) {
+        const auto port = static_cast<quint16>(QRandomGenerator::global()->bounded(20000, 60000));
+        QTcpServer probe;
+        if (probe.listen(QHostAddress::LocalHost, port))
             return port;
     }
     return 0;
@@ -624,6 +639,81 @@ private slots:
         QCOMPARE(updates.count(), 1);
         QCOMPARE(updates.at(0).at(3).toString(), QStringLiteral("NONE"));
         QVERIFY2(pageWarnings(h).isEmpty(), qPrintable(pageWarnings(h).join('\n')));
+    }
+
+    void statusLinesFollowTheRunningReceiver()
+    {
+        QAccessible::setActive(true);
+        const quint16 port = freeUdpPort();
+        const quint16 tcpPort = closedTcpPort();
+        QVERIFY(port && tcpPort);
+        PageHarness h;
+        h.writeSetting("SettingSerialPort", QStringLiteral("None"));
+        h.writeSetting("SettingUseUdp", 1);
+        h.writeSetting("SettingUdpPort", port);
+        QVERIFY(startMain(h));
+        QQuickItem* page = open(h, {}, true);
+        QVERIFY(page);
+        auto text = [&](const char* id) { return prop(h.loadedPage(), id, "text").toString(); };
+        const QString listening = QStringLiteral("listening on port %1").arg(port);
+        QTRY_VERIFY2(text("udpStatus").startsWith(listening + QStringLiteral(", but no sentence for ")),
+                     qPrintable(text("udpStatus")));
+        QCOMPARE(text("serialStatus"), QStringLiteral("off"));
+        QCOMPARE(text("tcpStatus"), QStringLiteral("off"));
+        QCOMPARE(text("udpOutStatus"), QStringLiteral("off"));
+
+        // A sentence comes in while the page is open: the line tells it within a second.
+        sendPressure(port, 1012.0);
+        QTRY_VERIFY_WITH_TIMEOUT(text("udpStatus").startsWith(listening + QStringLiteral(", last sentence ")), 3000);
+        QVERIFY2(QRegularExpression(QStringLiteral(", last sentence \\d+ s ago$")).match(text("udpStatus")).hasMatch(),
+                 qPrintable(text("udpStatus")));
+        auto* line = qobject_cast<QQuickItem*>(control(page, "udpStatus"));
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(line);
+        QVERIFY(accessible);
+        QCOMPARE(accessible->role(), QAccessible::StaticText);
+        QCOMPARE(accessible->text(QAccessible::Name), text("udpStatus"));
+        QVERIFY(line->property("wrapMode").toInt() != 0);
+
+        // What the page shows edited is not running yet: the line waits for the page to be left.
+        set(page, "swTcp", "checked", true);
+        set(page, "tcpIpPort", "value", tcpPort);
+        QTest::qWait(1500);
+        QCOMPARE(text("tcpStatus"), QStringLiteral("off"));
+        QVERIFY(leave(h));
+        page = open(h, {}, true);
+        QVERIFY(page);
+        QTRY_COMPARE(text("tcpStatus"), QStringLiteral("cannot connect to 127.000.000.001:%1: connection refused, not "
+                                                       "retried; leave this page to try again")
+                                                .arg(tcpPort));
+        QVERIFY(text("udpStatus").startsWith(listening));
+        QVERIFY2(pageWarnings(h).isEmpty(), qPrintable(pageWarnings(h).join('\n')));
+        set(page, "swTcp", "checked", false);
+        set(page, "swUdp", "checked", false);
+        QVERIFY(leave(h));
+        QAccessible::setActive(false);
+    }
+
+    void statusLinesSpeakFrench()
+    {
+        const quint16 port = freeUdpPort();
+        QVERIFY(port);
+        PageHarness h;
+        QVERIFY(copyCatalogues(h.folder().path()));
+        h.writeSetting("language", 1);
+        h.writeSetting("SettingSerialPort", QStringLiteral("None"));
+        h.writeSetting("SettingUseUdp", 1);
+        h.writeSetting("SettingUdpPort", port);
+        QVERIFY(startMain(h, QSize(800, 600), QStringLiteral("fr")));
+        QQuickItem* page = open(h, {}, true);
+        QVERIFY(page);
+        QTRY_VERIFY2(prop(page, "udpStatus", "text")
+                             .toString()
+                             .startsWith(QStringLiteral("à l'écoute sur le port %1, mais aucune phrase depuis").arg(port)),
+                     qPrintable(prop(page, "udpStatus", "text").toString()));
+        QCOMPARE(prop(page, "serialStatus", "text").toString(), QStringLiteral("désactivée"));
+        set(page, "swUdp", "checked", false);
+        QVERIFY(leave(h));
+        h.translations().selectLanguage("en");
     }
 
     void addressWithEmptyPlacesIsStoredAsTyped()

@@ -184,15 +184,7 @@ private:
     {
         // The headless platform says so whenever a dialog of widgets opens.
         allowed << "This plugin does not support propagateSizeHints()";
-        QStringList left;
-        for (const QString& text : h.unexpectedMessages()) {
-            bool known = false;
-            for (const QString& prefix : allowed)
-                known = known || text.startsWith(prefix);
-            if (!known)
-                left << text;
-        }
-        QVERIFY2(left.isEmpty(), qPrintable(left.join('\n')));
+        PageDriver::checkClean(h, allowed);
     }
 
 private slots:

@@ -11,6 +11,8 @@
 #include <QtCore/QFile>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QImage>
+#include <QtNetwork/QHostAddress>
+#include <QtNetwork/QUdpSocket>
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
 #include <QtTest/QtTest>
@@ -48,8 +50,9 @@ class TestPageScreens : public QObject
 
 private:
     QString helpImages;
+    static inline quint16 udpPort = 0;
 
-    static bool prepare(PageHarness& h, int theme, const QString& language)
+    static bool prepare(PageHarness& h, int theme, const QString& language, bool udpInput = false)
     {
         h.writeSetting("windowWidth", Width);
         h.writeSetting("windowHeight", Height);
@@ -59,6 +62,11 @@ private:
         h.writeSetting("language", language == "fr" ? 1 : 0);
         h.writeSetting("timeZone", 0);
         h.writeSetting("elevation", 4.0);
+        // A UDP input on a port of its own, for the picture of the connections.
+        if (udpInput) {
+            h.writeSetting("SettingUseUdp", 1);
+            h.writeSetting("SettingUdpPort", udpPort);
+        }
         {
             // The English catalogue too: it turns "deg" into the degree sign.
             for (const char* name : {"Brinholt_en_US.qm", "Brinholt_fr_FR.qm", "qt_fr.qm", "qtbase_fr.qm"}) {
@@ -117,6 +125,10 @@ private slots:
             QSKIP("needs an X display: run under xvfb-run with QT_QPA_PLATFORM=xcb");
         QVERIFY(QDir().mkpath(BRINHOLT_BINARY_DIR "/screenshots"));
         helpImages = qEnvironmentVariable("BRINHOLT_HELP_IMAGES");
+        QUdpSocket probe;
+        QVERIFY(probe.bind(QHostAddress(QHostAddress::LocalHost), quint16(0)));
+        udpPort = probe.localPort();
+        QVERIFY(udpPort >= 6000);
     }
 
     void pages_data()
@@ -138,7 +150,7 @@ private slots:
         const bool light = theme == 0;
 
         PageHarness h;
-        QVERIFY(prepare(h, theme, "en"));
+        QVERIFY(prepare(h, theme, "en", true));
         h.sample(Now, weather(0));
         QTest::qWait(300);
         // The graph on its three hours, for the manual only, with the mouse away from the chart.
@@ -176,11 +188,22 @@ private slots:
         // The highlight of the chosen row.
         QVERIFY(Pixels::near(rows, QColor("lightsteelblue"), 8) > 2000);
 
+        // The connections with a live UDP input, as the manual shows them.
+        click(h, h.item("settingsButton"));
+        PageDriver::press(h, "buttonConnections");
+        QQuickItem* udpStatus = h.item("udpStatus", h.loadedPage());
+        QVERIFY(udpStatus);
+        QUdpSocket sender;
+        const QByteArray sentence = "$WIMDA,29.9127,I,1.0130,B,,,,,,,,,,,,,,,,*68\r\n";
+        QTRY_VERIFY_WITH_TIMEOUT((sender.writeDatagram(sentence, QHostAddress::LocalHost, udpPort), udpStatus->property("text").toString().contains("last sentence")), 15000);
+        const QImage connections = shoot(h, "connections-" + suffix + ".png", light ? "connections.png" : QString());
+        QVERIFY(!connections.isNull());
+
         click(h, h.item("helpButton"));
         const QImage help = shoot(h, "help-" + suffix + ".png");
         QVERIFY(!help.isNull());
         QCOMPARE(help.pixelColor(3, Height - 100).lightness() > 128, light);
-        checkClean(h);
+        checkClean(h, {"udp source activated", "empty datagram data received", "nmea source deleted"});
     }
 
     void frenchPolicy_data() { pages_data(); }
