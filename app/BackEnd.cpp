@@ -55,9 +55,10 @@ public:
 
 const CurrentBackEndSettings currentBackEndSettings;
 
-// NMEA input and the log reach the application only through these; the worker thread may
-// already ask them while the constructor goes on, and a receiver left running after this
-// object is gone finds none rather than a freed one.
+// NMEA input and the log reach the application only through these. Installed first, as
+// the constructor's own startNmea sets a worker thread asking them; withdrawn once this
+// object's receiver has stopped, so that an older receiver still ending finds none rather
+// than a freed object.
 void installAsHost(BackEnd* back)
 {
     ReadingSink::install(back);

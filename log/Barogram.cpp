@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "log/Barogram.h"
 
-#include "log/LogHost.h"
 #include "log/DataSource.h"
+#include "log/LogHost.h"
 #include "util/Util.h"
 
 #include <QtCharts/QLineSeries>
