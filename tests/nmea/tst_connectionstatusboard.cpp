@@ -13,6 +13,7 @@
 #include "tests/support/NetworkNamespace.h"
 #include "tests/support/PseudoTerminal.h"
 #include "util/Clock.h"
+#include "tests/support/LoopbackTcpServer.h"
 
 #include <QtCore/QProcess>
 #include <QtNetwork/QTcpServer>
@@ -76,29 +77,7 @@ bool runAsNobody(const QString& testFunction, QString* report)
             && report->contains(QLatin1String(" 0 failed, 0 skipped"));
 }
 
-// A TCP server on loopback that a source connects to.
-struct Server
-{
-    bool listen()
-    {
-        if (!server.listen(QHostAddress::LocalHost, 0))
-            return false;
-        port = server.serverPort();
-        return true;
-    }
-    bool accept()
-    {
-        QElapsedTimer timer;
-        timer.start();
-        while (!server.hasPendingConnections() && timer.elapsed() < 15000)
-            QTest::qWait(10);
-        peer = server.nextPendingConnection();
-        return peer != nullptr;
-    }
-    QTcpServer server;
-    QTcpSocket* peer = nullptr;
-    quint16 port = 0;
-};
+using Server = LoopbackTcpServer;
 
 } // namespace
 

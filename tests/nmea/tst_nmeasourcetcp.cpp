@@ -3,6 +3,7 @@
 
 #include "SourceFixture.h"
 #include "tests/support/MessageLog.h"
+#include "tests/support/LoopbackTcpServer.h"
 
 #include <QtNetwork/QTcpServer>
 #include <QtNetwork/QTcpSocket>
@@ -37,33 +38,8 @@ private slots:
     void twentyMegabytesWithoutLineEndKeepMemoryFlat();
 
 private:
-    struct Served
+    struct Served : LoopbackTcpServer
     {
-        QTcpServer server;
-        QTcpSocket* peer = nullptr;
-        quint16 port = 0;
-        bool listen(quint16 wanted = 0)
-        {
-            if (!server.listen(QHostAddress::LocalHost, wanted))
-                return false;
-            port = server.serverPort();
-            return true;
-        }
-        bool accept()
-        {
-            // The source may be on this thread: keep its event loop running meanwhile.
-            QElapsedTimer timer;
-            timer.start();
-            while (!server.hasPendingConnections() && timer.elapsed() < 15000)
-                QTest::qWait(10);
-            peer = server.nextPendingConnection();
-            return peer != nullptr;
-        }
-        void send(const QByteArray& bytes)
-        {
-            peer->write(bytes);
-            peer->flush();
-        }
         // A source on loopback, started and connected to this server; null if it never came.
         NmeaSourceTcp* connectSource(SourceFixture& fixture)
         {
