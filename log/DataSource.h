@@ -56,9 +56,10 @@ public:
     // the pressure as it is.
     static double seaLevelPressure(double stationPressure, double elevation);
     PressureWarning* getWarning() { return &warning; }
-    // The newest reading minus the BARO3H row within 30 s of `seconds` before the latest
-    // sample, raw, in hPa; nothing without such a row. No lock, as getTrend3h.
-    std::optional<double> rawChangeOver(qint64 seconds);
+    // The logged reading minus the BARO3H row within 30 s of three hours (one hour) before
+    // it, raw, in hPa, as the last row-writing firing found them; nothing without such a row.
+    std::optional<double> lastChange3h() const { return change3h; }
+    std::optional<double> lastChange1h() const { return change1h; }
     // The newest position of a table that is not (0, 0); (0, 0) when it has none.
     QPointF lastFix(int tableNb);
 
@@ -121,4 +122,6 @@ private:
     qint64 lastCheckpoint = 0;
     bool folderWritable = true;
     PressureWarning warning;
+    std::optional<double> change3h;
+    std::optional<double> change1h;
 };
