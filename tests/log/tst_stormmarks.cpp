@@ -5,8 +5,6 @@
 #include "log/DataSource.h"
 #include "log/StormMarks.h"
 
-#include "tools/DemoLog.h"
-
 #include <QtCore/QDateTime>
 #include <QtTest/QtTest>
 
@@ -109,22 +107,6 @@ private:
     {
         fx.log().updateChart(table);
         return fx.log().getStorms()->periods();
-    }
-
-    // BAR16D as the tick would have left it at `end` over sixteen days of this record; an
-    // hour the buoy missed is a pause in the log.
-    static void fillFromRecord(ReaderFixture& fx, const BuoyRecord& record, qint64 end)
-    {
-        const QVector<QVector<qint64>> times = DemoLog::replaySixteenDays(end, {768});
-        QVector<LogRow> rows;
-        for (qint64 time : times.at(0)) {
-            if (const std::optional<double> pressure = record.at(time))
-                rows.append(logRow(time, *pressure));
-        }
-        fx.execute(QStringLiteral("DELETE FROM BAR16D"));
-        fx.insert(Bar16d, rows);
-        fx.setClock(end);
-        fx.setPressure(rows.last().pre);
     }
 
 private slots:
@@ -344,7 +326,7 @@ private slots:
         ReaderFixture fx;
         Level top = PressureWarning::None;
         for (qint64 end = std::min(to + 86400, record.last()); end > from; end -= 14 * 86400) {
-            fillFromRecord(fx, record, end);
+            fx.replay(Bar16d, end, [&](qint64 time) { return record.at(time); });
             const QVector<StormPeriod> found = charted(fx, Bar16d);
             top = std::max(top, highestMarked(found, std::max(from, end - 15 * 86400), std::min(to, end)));
         }
