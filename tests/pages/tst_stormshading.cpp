@@ -125,6 +125,14 @@ private:
         return (rowTime(row) - Newest) / 3600.0;
     }
 
+    // The value of the setting "theme", for a test in each.
+    static void bothThemes()
+    {
+        QTest::addColumn<int>("theme");
+        QTest::newRow("light") << 0;
+        QTest::newRow("dark") << 1;
+    }
+
     static QColor material(PageHarness& h, const char* expression)
     {
         return PageHarness::evaluate(h.window(), QString::fromLatin1(expression)).value<QColor>();
@@ -138,9 +146,7 @@ private slots:
 
     void shadesLieBehindTheCurveInTheWarningsColours_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::newRow("light") << 0;
-        QTest::newRow("dark") << 1;
+        bothThemes();
     }
 
     void shadesLieBehindTheCurveInTheWarningsColours()
@@ -204,9 +210,7 @@ private slots:
     // would have left BAR16D: every period the log finds is shaded where it lies.
     void stormsOfTheBuoyRecordOnTheSixteenDaySpan_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::newRow("light") << 0;
-        QTest::newRow("dark") << 1;
+        bothThemes();
     }
 
     void stormsOfTheBuoyRecordOnTheSixteenDaySpan()
