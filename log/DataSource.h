@@ -11,6 +11,7 @@
 #include <QtCore/QVector>
 #include <QtSql/QSqlDatabase>
 
+#include "log/ChartSpan.h"
 #include "log/PressureWarning.h"
 
 #include <optional>
@@ -58,6 +59,9 @@ public:
     PressureWarning* getWarning() { return &warning; }
     // The newest position of a table that is not (0, 0); (0, 0) when it has none.
     QPointF lastFix(int tableNb);
+    // The curve updateChart would give, for views other than the graph page: blocking, but
+    // it neither touches the series the page fetches nor emits chartUpdated.
+    ChartSpan readChart(int chartNb);
 
 signals:
     void chartUpdated(QVariant now, double min, double max, int seriesCount);
@@ -83,6 +87,8 @@ public:
     Q_INVOKABLE bool exportBarogram(int tableNb, QString fileName = QString());
 
 private:
+    friend class ChartSpanReader;
+
     void setTrend();
     // How far the raw pressure fell since the BARO3H row within 30 s of `age` seconds
     // before the latest sample; nothing when there is no such row.
