@@ -161,9 +161,12 @@ bool WatchServer::start(quint16 port)
         return false;
     }
     // The library's own bound sits above ours: at its bound it stops accepting and a client
-    // would hang unanswered, where ours closes the connection at once.
+    // would hang unanswered, where ours closes the connection at once. Without the channel
+    // between its threads, an ended connection would be counted, and its thread kept, until
+    // the next client came.
     daemon = MHD_start_daemon(
-            MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_THREAD_PER_CONNECTION | MHD_USE_POLL, 0, &Callbacks::admit,
+            MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_THREAD_PER_CONNECTION | MHD_USE_POLL | MHD_USE_ITC, 0,
+            &Callbacks::admit,
             this, &Callbacks::answer, this, MHD_OPTION_LISTEN_SOCKET, MHD_socket(fd), MHD_OPTION_CONNECTION_LIMIT,
             unsigned(bounds.clients * 4), MHD_OPTION_PER_IP_CONNECTION_LIMIT, unsigned(bounds.clientsPerAddress),
             MHD_OPTION_CONNECTION_MEMORY_LIMIT, size_t(bounds.requestBytes), MHD_OPTION_CONNECTION_TIMEOUT,
