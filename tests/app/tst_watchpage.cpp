@@ -92,7 +92,7 @@ private:
         state.cog = 245.0;
         state.sog = 6.2;
         state.theme = 1;
-        state.language = QStringLiteral("en_US");
+        state.language = QStringLiteral("en");
         return state;
     }
 
@@ -251,7 +251,7 @@ private slots:
         // Knots on the window, metres per second for programs.
         QVERIFY(std::abs(position.value("sogMs").toDouble() - 6.2 * 1852.0 / 3600.0) < 1e-9);
         QCOMPARE(now.value("theme").toString(), QStringLiteral("dark"));
-        QCOMPARE(now.value("language").toString(), QStringLiteral("en_US"));
+        QCOMPARE(now.value("language").toString(), QStringLiteral("en"));
 
         // The next tick is served as soon as it is published.
         ShownState next = sample();
