@@ -169,6 +169,8 @@ BackEnd::BackEnd(SettingsOnly)
 BackEnd::~BackEnd()
 {
     emit saveWindowSize();
+    // No request may still be answered from what goes below.
+    watchPage.apply(false, 0, false);
     // The receiver's thread reads settings through this object: it must be gone before
     // they are, or a last sentence at shutdown would read freed memory.
     if (receiver) {
@@ -694,6 +696,7 @@ void BackEnd::slot_calibrationValues(QString message)
 
 void BackEnd::startNmea()
 {
+    watchPage.apply(*settings);
     // The old receiver ends by itself once its thread has quit; nobody waits for that.
     if (receiver) {
         receiver->quitThread();
@@ -723,6 +726,8 @@ void BackEnd::startNmea()
 
 QString BackEnd::connectionStatus(int which)
 {
+    if (which == WatchPage::StatusChannel)
+        return watchPage.statusText();
     if (which < ConnectionStatus::SerialInput || which > ConnectionStatus::UdpOutput)
         return QString();
     const auto channel = static_cast<ConnectionStatus::Channel>(which);

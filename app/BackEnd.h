@@ -3,6 +3,7 @@
 
 #include "app/SettingsMirror.h"
 #include "app/StateAssembler.h"
+#include "app/WatchPage.h"
 #include "log/LogHost.h"
 #include "nmea/CalibrationLink.h"
 #include "nmea/ConnectionStatusBoard.h"
@@ -77,6 +78,7 @@ public:
     // The NMEA receiver now running, or null; it lives on its own thread.
     NmeaReceiver* getReceiver() const { return receiver; }
     const ConnectionStatusBoard& getConnectionStatusBoard() const { return connectionStatusBoard; }
+    WatchPage& getWatchPage() { return watchPage; }
     // The sender of the internal sensor and location paths, or null.
     NmeaSenderUdp* getSenderUdp() const { return senderUdp; }
     // When the application last left the active state, in UTC; null before that.
@@ -156,7 +158,7 @@ public:
     Q_INVOKABLE void resetBarometer();
     Q_INVOKABLE double getSerialPressure();
     // One line on what a connection of the running receiver does now: `which` is 1 serial,
-    // 2 TCP, 3 UDP input (as NmeaSourceType), 4 UDP output.
+    // 2 TCP, 3 UDP input (as NmeaSourceType), 4 UDP output; 5 is the watch page.
     Q_INVOKABLE QString connectionStatus(int which);
 
     // The dark-mode answer for a window text colour: each of red, blue and green at least 129.
@@ -237,6 +239,8 @@ private:
     // What the receiver's connections are doing, for the Connections page.
     ConnectionStatusBoard connectionStatusBoard;
     StatePublisher statePublisher;
+    // Started, stopped and restarted with the connections, by startNmea.
+    WatchPage watchPage;
 };
 
 extern BackEnd* backend;

@@ -5,8 +5,8 @@
 #include "log/LogHost.h"
 #include "util/Util.h"
 
-#include <QtCharts/QLineSeries>
 #include <QtCore/QDateTime>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
 #include <QtGui/QFont>
@@ -39,27 +39,19 @@ double secondsPerUnit(int table)
 }
 }
 
-Barogram::Barogram(DataSource& log, int tableNb)
+Barogram::Barogram(DataSource& log, int tableNb, bool withLastFix)
     : log(log)
     , table(qBound(0, tableNb, DataSource::TableCount - 1))
 {
-    QtCharts::QLineSeries reader;
-    const QMetaObject::Connection connection = QObject::connect(
-            &log, &DataSource::chartUpdated, [&](QVariant chartNow, double chartMin, double chartMax, int count) {
-                now = chartNow.toLongLong();
-                min = chartMin;
-                max = chartMax;
-                // Inside the chart feed's own signal, as the graph page fetches its series.
-                for (int i = 0; i < count; ++i) {
-                    log.update(&reader, i);
-                    series.append(reader.pointsVector());
-                }
-            });
-    log.updateChart(table);
-    QObject::disconnect(connection);
-    storms = log.getStorms()->periods();
+    const ChartSpan span = log.readChart(table);
+    now = span.now;
+    min = span.min;
+    max = span.max;
+    series = span.series;
+    storms = span.storms;
 
-    lastFix = log.lastFix(table);
+    if (withLastFix)
+        lastFix = log.lastFix(table);
     const QString trend = log.getTrend3h();
     if (trend != QStringLiteral("notOK"))
         tendency = QString(trend).remove(QRegularExpression(QStringLiteral("<[^>]*>")));
@@ -261,16 +253,28 @@ void Barogram::paintCurve(QPainter& painter, const QRectF& plot) const
 
 bool Barogram::savePng(const QString& fileName, const QSize& size) const
 {
+    QFile file(fileName);
+    return file.open(QIODevice::WriteOnly) && writePng(file, size);
+}
+
+bool Barogram::writePng(QIODevice& device, const QSize& size) const
+{
     QImage image(size, QImage::Format_RGB32);
     QPainter painter(&image);
     paint(painter, QSizeF(size));
     painter.end();
-    return image.save(fileName, "PNG");
+    return image.save(&device, "PNG");
 }
 
 bool Barogram::savePdf(const QString& fileName) const
 {
-    QPdfWriter writer(fileName);
+    QFile file(fileName);
+    return file.open(QIODevice::WriteOnly) && writePdf(file);
+}
+
+bool Barogram::writePdf(QIODevice& device) const
+{
+    QPdfWriter writer(&device);
     if (!writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Landscape, QMarginsF(10, 10, 10, 10),
                                           QPageLayout::Millimeter)))
         return false;

@@ -13,24 +13,28 @@
 #include "log/StormMarks.h"
 
 class DataSource;
+class QIODevice;
 class QPainter;
 
 // A picture of one log table as a sailor pins it in the logbook: the curve with its
 // breaks, time and pressure axes in the chosen unit, the lowest and highest value, the
 // three-hour tendency, and a title with the span, the dates and the last fix. The curve
-// is the graph page's own, read through the same chart feed.
+// is the graph page's own, read by the same rules without touching the page's chart.
 class Barogram
 {
     Q_DECLARE_TR_FUNCTIONS(Barogram)
 
 public:
-    Barogram(DataSource& log, int tableNb);
+    // Without `withLastFix` the picture says nothing of where the boat is.
+    Barogram(DataSource& log, int tableNb, bool withLastFix = true);
 
     // By the file's extension, .png or .pdf (A4 landscape); false for any other
     // extension or a file that cannot be written.
     bool save(const QString& fileName) const;
     bool savePng(const QString& fileName, const QSize& size = DefaultSize) const;
     bool savePdf(const QString& fileName) const;
+    bool writePng(QIODevice& device, const QSize& size = DefaultSize) const;
+    bool writePdf(QIODevice& device) const;
 
     void paint(QPainter& painter, const QSizeF& page) const;
     // Where the curve is drawn on a page of that size, and where a point of the chart feed

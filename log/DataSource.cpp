@@ -2,6 +2,7 @@
 #include "log/DataSource.h"
 
 #include "log/Barogram.h"
+#include "log/ChartSpanReader.h"
 #include "log/CsvExport.h"
 #include "log/GpxExport.h"
 #include "log/LogHost.h"
@@ -39,7 +40,6 @@ const QString InsertRow = QStringLiteral(
         "INSERT INTO %1 (TIME, LON, LAT, COG, SOG, PRE, ELE, OFS) "
         "VALUES (:TIME, :LON, :LAT, :COG, :SOG, :PRE, :ELE, :OFS);");
 const QString NearestInBaro3h = QStringLiteral("SELECT * from BARO3H ORDER BY ABS(%1 - TIME) LIMIT 1");
-const QString ChartRows = QStringLiteral("SELECT * FROM %1 ORDER BY TIME DESC;");
 const QString RowAt = QStringLiteral("SELECT * from %1 WHERE TIME = %2");
 const QString RowAfter = QStringLiteral("SELECT * from %1 WHERE TIME > %2 ORDER BY TIME LIMIT 1");
 const QString RowBefore = QStringLiteral("SELECT * from %1 WHERE TIME < %2 ORDER BY TIME DESC LIMIT 1");
@@ -62,33 +62,10 @@ enum Column { Time = 0, Lon = 1, Lat = 2, Cog = 3, Sog = 4, Pre = 5, Ele = 6, Of
 // The mark for "no value here" at the chart cursor, in hPa before conversion.
 constexpr double NoValue = -1000.0;
 
-// The y-axis' bounds in the chosen unit around the values from `min` to `max`. An empty
-// table leaves the start values crossed over, and the negative max tells the page to leave
-// its axis alone.
-void axisBounds(double min, double max, double& low, double& high)
-{
-    const double range = max - min;
-    if (range >= 1.0) {
-        low = std::floor(min);
-        high = std::ceil(max);
-    } else if (range >= 0.5) {
-        low = min - 0.1;
-        high = qMax(max, min + 0.5);
-    } else if (range >= 0.2) {
-        low = min - 0.1;
-        high = qMax(max, min + 0.2);
-    } else {
-        low = qFloor(min * 100 - 1) / 100.0;
-        high = qCeil(max * 100 + 1) / 100.0;
-    }
-    if (qFuzzyCompare(low, high))
-        high += 1.0;
-}
-
 // A hundredth of the chosen unit, which is what the chart and the cursor show.
 double roundToHundredths(double value)
 {
-    return qRound(value * 100) / 100.0;
+    return ChartSpanReader::roundToHundredths(value);
 }
 }
 
@@ -393,60 +370,30 @@ QString DataSource::getTrend3h()
 void DataSource::updateChart(const int& chartNb)
 {
     QMutexLocker locker(&mutex);
-
-    seriesPoints.clear();
-    seriesPoints.append(QVector<QPointF>());
-
-    const double factor = pressureUnitFactor();
-    const int preDisplay = host().getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
-
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    if (!query.exec(ChartRows.arg(tableNames.at(chartNb))))
-        qWarning().noquote() << "db query error" << query.lastError() << query.lastQuery();
-
-    const int interval = tableIntervals.at(chartNb);
-    const double xUnit = secondsPerUnit(chartNb);
-    // Wide enough for the one long step at each wrap of the tick counter, the interval plus
-    // 2 seconds, so that only a real pause breaks the curve.
-    const double gapLimit = interval == 2 ? interval * 2.0 : interval * 1.5;
-    const qint64 clock = Clock::currentSecsSinceEpoch();
-
-    double min = 10000000.0;
-    double max = -10000000.0;
-    qint64 now = 0;
-    qint64 previousTime = 0;
-    bool first = true;
-    while (query.next()) {
-        const qint64 time = query.value(Time).toLongLong();
-        if (first) {
-            // While pressure arrives the newest row is x = 0; after it stops, the present is.
-            now = host().getCurrentPressure() < 0.0 ? clock : time;
-            first = false;
-        }
-        const double pressure = displayedPressure(query.value(Pre).toDouble(), query.value(Ele).toDouble(),
-                                                  query.value(Ofs).toDouble(), preDisplay);
-        const double y = roundToHundredths(pressure * factor);
-
-        if (previousTime != 0 && previousTime - time > gapLimit)
-            seriesPoints.append(QVector<QPointF>());
-        seriesPoints.last().append(QPointF((time - now) / xUnit, y));
-
-        if (y < min)
-            min = y;
-        if (y > max)
-            max = y;
-        previousTime = time;
-    }
-
-    double low;
-    double high;
-    axisBounds(min, max, low, high);
-    storms.recompute(database, tableNames.at(chartNb), interval, gapLimit, now, xUnit);
-
+    const ChartSpan span = ChartSpanReader::read(*this, chartNb);
+    seriesPoints = span.series;
+    markStorms(storms, chartNb, span);
     // Still under the lock: the page's handler runs inside this emission and may only call
     // what takes no lock.
-    emit chartUpdated(QVariant(now), low, high, seriesPoints.size());
+    emit chartUpdated(QVariant(span.now), span.min, span.max, seriesPoints.size());
+}
+
+ChartSpan DataSource::readChart(int chartNb)
+{
+    QMutexLocker locker(&mutex);
+    ChartSpan span = ChartSpanReader::read(*this, chartNb);
+    // Marks of its own: the page's stay those of the page's chart.
+    StormMarks marks;
+    markStorms(marks, chartNb, span);
+    span.storms = marks.periods();
+    return span;
+}
+
+void DataSource::markStorms(StormMarks& marks, int chartNb, const ChartSpan& span)
+{
+    const int interval = tableIntervals.at(chartNb);
+    marks.recompute(database, tableNames.at(chartNb), interval, ChartSpanReader::gapLimit(interval), span.now,
+                    span.secondsPerUnit);
 }
 
 // Takes no lock: it is called from the handler of chartUpdated.

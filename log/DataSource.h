@@ -11,6 +11,7 @@
 #include <QtCore/QVector>
 #include <QtSql/QSqlDatabase>
 
+#include "log/ChartSpan.h"
 #include "log/PressureWarning.h"
 #include "log/StormMarks.h"
 
@@ -68,6 +69,9 @@ public:
     std::optional<double> lastChange1h() const { return change1h; }
     // The newest position of a table that is not (0, 0); (0, 0) when it has none.
     QPointF lastFix(int tableNb);
+    // The curve updateChart would give, for views other than the graph page: blocking, but
+    // it neither touches the series the page fetches nor emits chartUpdated.
+    ChartSpan readChart(int chartNb);
 
 signals:
     void chartUpdated(QVariant now, double min, double max, int seriesCount);
@@ -93,7 +97,10 @@ public:
     Q_INVOKABLE bool exportBarogram(int tableNb, QString fileName = QString());
 
 private:
+    friend class ChartSpanReader;
+
     void setTrend();
+    void markStorms(StormMarks& marks, int chartNb, const ChartSpan& span);
     // How far the raw pressure fell since the BARO3H row within 30 s of `age` seconds
     // before the latest sample; nothing when there is no such row.
     std::optional<double> rawFallSince(qint64 age, double pressure);

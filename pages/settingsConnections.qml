@@ -77,6 +77,7 @@ ScrollView {
         backend.setSetting("SettingUseUdp", swUdp.checked ? 1 : 0)
         backend.setSetting("SettingUseUdpOut", swUdpOut.checked ? 1 : 0)
         backend.setSetting("sendUdpMda", swUdpMda.checked ? 1 : 0)
+        watchPage.save()
         backend.syncSettings()
     }
 
@@ -352,6 +353,8 @@ ScrollView {
                 Layout.bottomMargin: 6
             }
         }
+
+        WatchPageSettings { id: watchPage; objectName: "watchPageSettings"; statusTick: settingsRect.statusTick; Layout.fillWidth: true; Layout.leftMargin: grid.x; Layout.rightMargin: 10; Layout.bottomMargin: 10 }
 
         Item {
             Layout.fillHeight: true

@@ -614,6 +614,80 @@ Without options Brinholt opens its window.
     </message>
 </context>
 <context>
+    <name>WatchPage</name>
+    <message>
+        <source>Brinholt on watch</source>
+        <translation>Brinholt on watch</translation>
+    </message>
+    <message>
+        <source>Brinholt has stopped answering</source>
+        <translation>Brinholt has stopped answering</translation>
+    </message>
+    <message>
+        <source>Sound alarms on this phone</source>
+        <translation>Sound alarms on this phone</translation>
+    </message>
+    <message>
+        <source>Silence this phone</source>
+        <translation>Silence this phone</translation>
+    </message>
+    <message>
+        <source>Silencing a phone does not acknowledge the warning in Brinholt.</source>
+        <translation>Silencing a phone does not acknowledge the warning in Brinholt.</translation>
+    </message>
+    <message>
+        <source>Night</source>
+        <translation>Night</translation>
+    </message>
+    <message>
+        <source>This page only reads: nothing on it changes Brinholt.</source>
+        <translation>This page only reads: nothing on it changes Brinholt.</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>off</translation>
+    </message>
+    <message>
+        <source>port %1 is in use</source>
+        <translation>port %1 is in use</translation>
+    </message>
+    <message>
+        <source>cannot serve on port %1: %2</source>
+        <translation>cannot serve on port %1: %2</translation>
+    </message>
+    <message>
+        <source>serving on port %1, no phone connected</source>
+        <translation>serving on port %1, no phone connected</translation>
+    </message>
+    <message>
+        <source>serving on port %1, 1 phone connected</source>
+        <translation>serving on port %1, 1 phone connected</translation>
+    </message>
+    <message>
+        <source>serving on port %1, %2 phones connected</source>
+        <translation>serving on port %1, %2 phones connected</translation>
+    </message>
+</context>
+<context>
+    <name>WatchPageSettings</name>
+    <message>
+        <source>Watch page on the network</source>
+        <translation>Watch page on the network</translation>
+    </message>
+    <message>
+        <source>Watch page port</source>
+        <translation>Watch page port</translation>
+    </message>
+    <message>
+        <source>Show the position on the watch page</source>
+        <translation>Show the position on the watch page</translation>
+    </message>
+    <message>
+        <source>A phone or tablet on the boat&apos;s network then shows Brinholt in its browser at this computer&apos;s address and this port: anyone on that network can read it, and only read it.</source>
+        <translation>A phone or tablet on the boat&apos;s network then shows Brinholt in its browser at this computer&apos;s address and this port: anyone on that network can read it, and only read it.</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Brinholt</source>

@@ -614,6 +614,80 @@ Sans option, Brinholt ouvre sa fenêtre.
     </message>
 </context>
 <context>
+    <name>WatchPage</name>
+    <message>
+        <source>Brinholt on watch</source>
+        <translation>Brinholt de quart</translation>
+    </message>
+    <message>
+        <source>Brinholt has stopped answering</source>
+        <translation>Brinholt ne répond plus</translation>
+    </message>
+    <message>
+        <source>Sound alarms on this phone</source>
+        <translation>Faire sonner les alarmes sur ce téléphone</translation>
+    </message>
+    <message>
+        <source>Silence this phone</source>
+        <translation>Faire taire ce téléphone</translation>
+    </message>
+    <message>
+        <source>Silencing a phone does not acknowledge the warning in Brinholt.</source>
+        <translation>Faire taire un téléphone n&apos;acquitte pas l&apos;avertissement dans Brinholt.</translation>
+    </message>
+    <message>
+        <source>Night</source>
+        <translation>Nuit</translation>
+    </message>
+    <message>
+        <source>This page only reads: nothing on it changes Brinholt.</source>
+        <translation>Cette page ne fait que lire : rien ici ne modifie Brinholt.</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>arrêtée</translation>
+    </message>
+    <message>
+        <source>port %1 is in use</source>
+        <translation>le port %1 est déjà utilisé</translation>
+    </message>
+    <message>
+        <source>cannot serve on port %1: %2</source>
+        <translation>impossible de servir sur le port %1 : %2</translation>
+    </message>
+    <message>
+        <source>serving on port %1, no phone connected</source>
+        <translation>en service sur le port %1, aucun téléphone connecté</translation>
+    </message>
+    <message>
+        <source>serving on port %1, 1 phone connected</source>
+        <translation>en service sur le port %1, 1 téléphone connecté</translation>
+    </message>
+    <message>
+        <source>serving on port %1, %2 phones connected</source>
+        <translation>en service sur le port %1, %2 téléphones connectés</translation>
+    </message>
+</context>
+<context>
+    <name>WatchPageSettings</name>
+    <message>
+        <source>Watch page on the network</source>
+        <translation>Page de quart sur le réseau</translation>
+    </message>
+    <message>
+        <source>Watch page port</source>
+        <translation>Port de la page de quart</translation>
+    </message>
+    <message>
+        <source>Show the position on the watch page</source>
+        <translation>Montrer la position sur la page de quart</translation>
+    </message>
+    <message>
+        <source>A phone or tablet on the boat&apos;s network then shows Brinholt in its browser at this computer&apos;s address and this port: anyone on that network can read it, and only read it.</source>
+        <translation>Un téléphone ou une tablette sur le réseau du bord affiche alors Brinholt dans son navigateur, à l&apos;adresse de cet ordinateur et sur ce port : toute personne sur ce réseau peut la lire, et seulement la lire.</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Brinholt</source>

@@ -47,6 +47,11 @@ inline const QString WarningOn = QStringLiteral("warningOn");
 inline const QString WarningFall3h = QStringLiteral("warningFall3h");
 inline const QString AlarmFall3h = QStringLiteral("alarmFall3h");
 inline const QString AlarmFall1h = QStringLiteral("alarmFall1h");
+// The watch page on the boat's network: on or off, its port, and whether it tells where
+// the boat is.
+inline const QString WatchPageOn = QStringLiteral("watchPageOn");
+inline const QString WatchPagePort = QStringLiteral("watchPagePort");
+inline const QString WatchPagePosition = QStringLiteral("watchPagePosition");
 
 } // namespace SettingKey
 
@@ -95,5 +100,10 @@ constexpr int UpdPort = 10110;
 // The internal sensor's broadcast alone falls back to another port.
 constexpr int UpdPortAtSensor = 5999;
 constexpr int WarningOn = 1;
+constexpr int WatchPageOn = 0;
+constexpr int WatchPagePort = 8088;
+constexpr int WatchPagePortLowest = 1024;
+constexpr int WatchPagePortHighest = 65535;
+constexpr int WatchPagePosition = 0;
 
 } // namespace SettingDefault

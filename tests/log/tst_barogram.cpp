@@ -6,6 +6,7 @@
 #include "log/Barogram.h"
 #include "log/DataSource.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
@@ -270,6 +271,47 @@ private slots:
         QVERIFY(!barogram.save(out.filePath(QStringLiteral("baro"))));
         QVERIFY(!barogram.save(QStringLiteral("/proc/brinholt-none/baro.png")));
         QVERIFY(!barogram.save(QStringLiteral("/proc/brinholt-none/baro.pdf")));
+    }
+
+    // The barogram of another span than the one on show must not move the window's chart.
+    void drawingLeavesThePagesChartAlone()
+    {
+        ReaderFixture fx;
+        fx.setPressure(1013.0);
+        fx.insert(0, halfHourWithAPause());
+        int emissions = 0;
+        QObject context;
+        QObject::connect(&fx.log(), &DataSource::chartUpdated, &context, [&] { ++emissions; });
+        const Barogram barogram(fx.log(), 0);
+        QCOMPARE(emissions, 0);
+        QVERIFY(!barogram.isEmpty());
+        QCOMPARE(barogram.curve().size(), 2);
+    }
+
+    // Without the last fix the picture says nothing of where the boat is.
+    void theLastFixCanBeLeftOut()
+    {
+        ReaderFixture fx;
+        fx.setPressure(1013.0);
+        fx.insert(0, halfHourWithAPause());
+        QBuffer with;
+        QBuffer without;
+        QVERIFY(with.open(QIODevice::WriteOnly) && without.open(QIODevice::WriteOnly));
+        QVERIFY(Barogram(fx.log(), 0).writePng(with));
+        QVERIFY(Barogram(fx.log(), 0, false).writePng(without));
+        const QImage shown = QImage::fromData(with.data(), "PNG");
+        const QImage hidden = QImage::fromData(without.data(), "PNG");
+        QCOMPARE(shown.size(), Barogram::DefaultSize);
+        QCOMPARE(hidden.size(), Barogram::DefaultSize);
+        // The header's line of facts is the only difference: the plot is the same.
+        const QRectF plot = Barogram::plotArea(QSizeF(Barogram::DefaultSize));
+        QCOMPARE(shown.copy(plot.toRect()), hidden.copy(plot.toRect()));
+        QVERIFY(shown.copy(0, 0, shown.width(), int(plot.top())) != hidden.copy(0, 0, hidden.width(), int(plot.top())));
+
+        QBuffer pdf;
+        QVERIFY(pdf.open(QIODevice::WriteOnly));
+        QVERIFY(Barogram(fx.log(), 0).writePdf(pdf));
+        QVERIFY(pdf.data().startsWith("%PDF"));
     }
 
     void lastFixIsTheNewestPositionOfTheTable()

@@ -340,6 +340,42 @@ private slots:
         QCOMPARE(line.count(), 1);
     }
 
+    // Other views than the graph page read a span by the same rules, and the page's chart
+    // never hears of it: no signal, and the series it fetches stay those of its own span.
+    void readChartIsTheChartWithoutTouchingThePages()
+    {
+        ReaderFixture fx;
+        fx.insert(0, {rowAt(Now, 1012.0), rowAt(Now - 2, 1012.1)});
+        fx.insert(1, {rowAt(Now, 1013.0), rowAt(Now - 6, 1013.1), rowAt(Now - 72, 1013.3), rowAt(Now - 78, 1013.44)});
+        fx.setSetting(QStringLiteral("unitPre"), 3);
+        fx.setPressure(1013.0);
+        const ChartResult pages = drawChart(fx, 1);
+        const ChartResult shown = drawChart(fx, 0);
+
+        int emissions = 0;
+        QObject context;
+        QObject::connect(&fx.log(), &DataSource::chartUpdated, &context, [&] { ++emissions; });
+        const ChartSpan read = fx.log().readChart(1);
+        QCOMPARE(emissions, 0);
+        QLineSeries line;
+        fx.log().update(&line, 0);
+        QCOMPARE(line.pointsVector(), shown.series.at(0));
+
+        QCOMPARE(read.chartNb, 1);
+        QCOMPARE(read.now, pages.now);
+        QCOMPARE(read.min, pages.min);
+        QCOMPARE(read.max, pages.max);
+        QCOMPARE(read.series, pages.series);
+        QCOMPARE(read.series.size(), 2);
+        QCOMPARE(read.secondsPerUnit, 3600.0);
+
+        const ChartSpan empty = fx.log().readChart(8);
+        QVERIFY(empty.max < 0.0);
+        QCOMPARE(empty.series.size(), 1);
+        QVERIFY(empty.series.at(0).isEmpty());
+        QCOMPARE(emissions, 0);
+    }
+
     void failedQueryIsLoggedAndEndsEmpty()
     {
         ReaderFixture fx;
