@@ -47,6 +47,10 @@ inline const QString WarningOn = QStringLiteral("warningOn");
 inline const QString WarningFall3h = QStringLiteral("warningFall3h");
 inline const QString AlarmFall3h = QStringLiteral("alarmFall3h");
 inline const QString AlarmFall1h = QStringLiteral("alarmFall1h");
+// The rule-of-thumb forecast: on or off, and the hemisphere it is read for (0 from the last
+// fix, 1 north, 2 south).
+inline const QString ForecastOn = QStringLiteral("forecastOn");
+inline const QString ForecastHemisphere = QStringLiteral("forecastHemisphere");
 
 } // namespace SettingKey
 
@@ -95,5 +99,8 @@ constexpr int UpdPort = 10110;
 // The internal sensor's broadcast alone falls back to another port.
 constexpr int UpdPortAtSensor = 5999;
 constexpr int WarningOn = 1;
+// Off until asked for: a forecast on the display could surprise.
+constexpr int ForecastOn = 0;
+constexpr int ForecastHemisphere = 0;
 
 } // namespace SettingDefault
