@@ -7,6 +7,7 @@
 #include <QtCore/QRectF>
 #include <QtCore/QSize>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVector>
 #include <QtGui/QColor>
 
@@ -43,6 +44,8 @@ public:
     // The span the x axis covers, in the table's x units.
     double span() const;
     QString title() const;
+    // The title block's line of facts: extremes, tendency, characteristic, last fix.
+    QStringList facts() const;
 
     static constexpr QSize DefaultSize{1600, 1000};
     static const QColor CurveColour;
@@ -61,5 +64,6 @@ private:
     QList<QVector<QPointF>> series;
     QPointF lastFix;
     QString tendency;
+    QString characteristic;
     QString unit;
 };

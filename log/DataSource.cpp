@@ -5,6 +5,7 @@
 #include "log/CsvExport.h"
 #include "log/GpxExport.h"
 #include "log/LogHost.h"
+#include "log/TendencyReader.h"
 #include "util/Clock.h"
 #include "util/Pressure.h"
 #include "util/SettingKeys.h"
@@ -233,12 +234,16 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     setTrend();
     const std::optional<double> fall3h = rawFallSince(10800, pressure);
     const std::optional<double> fall1h = rawFallSince(3600, pressure);
+    const TendencyReader reader(database);
+    const std::optional<ThreeHourPoints> points = reader.read(lastSampleTime, pressure);
+    const std::optional<double> latitude = reader.latestLatitude();
     // Every statement commits by itself; there is no transaction for this to end.
     database.commit();
     checkpointIfDue();
     // Outside the lock: the warning's handlers on the pages may read the log.
     locker.unlock();
     warning.evaluate(fall3h, fall1h, lastSampleTime);
+    tendency.evaluate(points, latitude, lastSampleTime);
     return true;
 }
 

@@ -12,6 +12,7 @@
 #include <QtSql/QSqlDatabase>
 
 #include "log/PressureWarning.h"
+#include "log/TendencyReport.h"
 
 #include <optional>
 
@@ -33,6 +34,8 @@ class DataSource : public QObject
     Q_OBJECT
     // The pressure-fall warning, judged after each firing that writes a row.
     Q_PROPERTY(PressureWarning* warning READ getWarning CONSTANT)
+    // The tendency in words, its characteristic and the forecast, judged at the same moments.
+    Q_PROPERTY(TendencyReport* tendency READ getTendency CONSTANT)
 
 public:
     explicit DataSource(QQuickView* view, QObject* parent = nullptr);
@@ -56,6 +59,7 @@ public:
     // the pressure as it is.
     static double seaLevelPressure(double stationPressure, double elevation);
     PressureWarning* getWarning() { return &warning; }
+    TendencyReport* getTendency() { return &tendency; }
     // The newest position of a table that is not (0, 0); (0, 0) when it has none.
     QPointF lastFix(int tableNb);
 
@@ -118,4 +122,5 @@ private:
     qint64 lastCheckpoint = 0;
     bool folderWritable = true;
     PressureWarning warning;
+    TendencyReport tendency;
 };
