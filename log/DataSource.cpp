@@ -237,6 +237,9 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     const TendencyReader reader(database);
     const std::optional<ThreeHourPoints> points = reader.read(lastSampleTime, pressure);
     const std::optional<double> latitude = reader.latestLatitude();
+    // Negation is exact: the same bits as the reading minus the row.
+    change3h = fall3h ? std::optional<double>(-*fall3h) : std::nullopt;
+    change1h = fall1h ? std::optional<double>(-*fall1h) : std::nullopt;
     // Every statement commits by itself; there is no transaction for this to end.
     database.commit();
     checkpointIfDue();

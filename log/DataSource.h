@@ -60,6 +60,10 @@ public:
     static double seaLevelPressure(double stationPressure, double elevation);
     PressureWarning* getWarning() { return &warning; }
     TendencyReport* getTendency() { return &tendency; }
+    // The logged reading minus the BARO3H row within 30 s of three hours (one hour) before
+    // it, raw, in hPa, as the last row-writing firing found them; nothing without such a row.
+    std::optional<double> lastChange3h() const { return change3h; }
+    std::optional<double> lastChange1h() const { return change1h; }
     // The newest position of a table that is not (0, 0); (0, 0) when it has none.
     QPointF lastFix(int tableNb);
 
@@ -123,4 +127,6 @@ private:
     bool folderWritable = true;
     PressureWarning warning;
     TendencyReport tendency;
+    std::optional<double> change3h;
+    std::optional<double> change1h;
 };
