@@ -123,6 +123,33 @@ private slots:
         QCOMPARE(french, QString::fromUtf8(Texts[letter][1]));
     }
 
+    // The bands' width and the summer's shift, pinned where a tenth of a hPa moves a band:
+    // band 11 starts at 950 + 11 x 4.545 = 999.995 hPa on the dial.
+    void theBandsEdgesAndTheSummerShift_data()
+    {
+        QTest::addColumn<double>("pressure");
+        QTest::addColumn<Forecast::Trend>("trend");
+        QTest::addColumn<int>("month");
+        QTest::addColumn<QString>("letter");
+        QTest::newRow("steady 1000.0 is band 11") << 1000.0 << Forecast::Steady << 1 << "N";
+        QTest::newRow("steady 999.99 is band 10") << 999.99 << Forecast::Steady << 1 << "P";
+        QTest::newRow("rising 993.0 in July reads 1000.0") << 993.0 << Forecast::Rising << 7 << "G";
+        QTest::newRow("rising 992.9 in July reads 999.9") << 992.9 << Forecast::Rising << 7 << "I";
+        QTest::newRow("rising 993.0 in January") << 993.0 << Forecast::Rising << 1 << "J";
+        QTest::newRow("falling 1007.0 in July reads 1000.0") << 1007.0 << Forecast::Falling << 7 << "U";
+        QTest::newRow("falling 1006.9 in July reads 999.9") << 1006.9 << Forecast::Falling << 7 << "V";
+        QTest::newRow("steady 1000.0 in July has no shift") << 1000.0 << Forecast::Steady << 7 << "N";
+    }
+
+    void theBandsEdgesAndTheSummerShift()
+    {
+        QFETCH(double, pressure);
+        QFETCH(Forecast::Trend, trend);
+        QFETCH(int, month);
+        QFETCH(QString, letter);
+        QCOMPARE(QString(QChar('A' + Forecast::forecast(pressure, trend, month, Forecast::North).letter)), letter);
+    }
+
     void theSeasonsTurnWithTheHemisphere_data()
     {
         QTest::addColumn<int>("month");
