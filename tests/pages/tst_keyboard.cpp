@@ -493,7 +493,8 @@ private slots:
                               "comboDateFormatBox", "comboTimeFormatBox", "comboSpeedUnitBox", "comboPreUnitBox",
                               "comboPrecisionBox", "comboFormatLocationBox", "comboPressureLevelBox",
                               "comboElevationUnitsBox", "elevation", "straight", "spline", "swSplitScreen",
-                              "swWarning", "warning3h", "alarm3h", "alarm1h", "offset", "buttonConnections"})
+                              "swWarning", "warning3h", "alarm3h", "alarm1h", "swForecast", "offset",
+                              "buttonConnections"})
                          + Bar);
 
         // A combo box opens on Return, the arrows choose, Return takes the choice.
