@@ -447,6 +447,7 @@ void DataSource::updateChart(const int& chartNb)
     double low;
     double high;
     axisBounds(min, max, low, high);
+    storms.recompute(database, tableNames.at(chartNb), interval, gapLimit, now, xUnit);
 
     // Still under the lock: the page's handler runs inside this emission and may only call
     // what takes no lock.
