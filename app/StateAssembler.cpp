@@ -3,6 +3,7 @@
 
 #include "log/DataSource.h"
 #include "log/PressureWarning.h"
+#include "log/TendencyReport.h"
 #include "util/Pressure.h"
 #include "util/SettingKeys.h"
 
@@ -76,6 +77,12 @@ ShownState StateAssembler::assemble(const Tick& tick, const ShownState& previous
         if (tick.source >= 0) {
             state.change3h = orUnknown(log->lastChange3h());
             state.change1h = orUnknown(log->lastChange1h());
+            // Shown beside a pressure only, as on the pages.
+            const TendencyReport& tendency = *log->getTendency();
+            state.tendencyWords = tendency.getWords();
+            state.characteristic = tendency.getCharacteristic();
+            state.characteristicText = tendency.getCharacteristicText();
+            state.forecast = tendency.getForecast();
         }
         const PressureWarning& warning = *log->getWarning();
         state.warningLevel = warning.getLevel();

@@ -55,6 +55,10 @@ Barogram::Barogram(DataSource& log, int tableNb, bool withLastFix)
     const QString trend = log.getTrend3h();
     if (trend != QStringLiteral("notOK"))
         tendency = QString(trend).remove(QRegularExpression(QStringLiteral("<[^>]*>")));
+    // Judged by the log at the same moment as the tendency.
+    characteristic = log.getTendency()->getCharacteristicText();
+    if (!characteristic.isEmpty())
+        characteristic[0] = characteristic.at(0).toUpper();
     LogHost* host = LogHost::installed();
     unit = host ? host->getPressureUnit() : QStringLiteral("mb");
 }
@@ -122,6 +126,24 @@ void Barogram::paintHeader(QPainter& painter, const QSizeF& page) const
     painter.drawText(QPointF(left, line),
                      tr("From %1 to %2").arg(Util::formatDateTimeLong(start), Util::formatDateTimeLong(end)));
     line += unitHeight * 1.4;
+    // Fact by fact, onto a further line where one would run past the plot's right edge.
+    const QFontMetricsF metrics(font);
+    QString text;
+    for (const QString& fact : facts()) {
+        const QString longer = text.isEmpty() ? fact : text + QStringLiteral("   ") + fact;
+        if (!text.isEmpty() && metrics.horizontalAdvance(longer) > plotArea(page).right() - left) {
+            painter.drawText(QPointF(left, line), text);
+            line += unitHeight * 1.3;
+            text = fact;
+        } else {
+            text = longer;
+        }
+    }
+    painter.drawText(QPointF(left, line), text);
+}
+
+QStringList Barogram::facts() const
+{
     QStringList facts;
     if (isEmpty())
         facts << tr("No readings in this span");
@@ -129,9 +151,11 @@ void Barogram::paintHeader(QPainter& painter, const QSizeF& page) const
         facts << tr("Lowest %1 %3, highest %2 %3").arg(min, 0, 'f', 2).arg(max, 0, 'f', 2).arg(unit);
     if (!tendency.isEmpty())
         facts << tr("Tendency %1").arg(tendency);
+    if (!characteristic.isEmpty())
+        facts << characteristic;
     if (!lastFix.isNull())
         facts << tr("Last fix %1").arg(Util::formatPosition(lastFix.x(), lastFix.y()));
-    painter.drawText(QPointF(left, line), facts.join(QStringLiteral("   ")));
+    return facts;
 }
 
 QString Barogram::timeLabel(double x) const

@@ -7,6 +7,7 @@
 #include <QtCore/QRectF>
 #include <QtCore/QSize>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVector>
 #include <QtGui/QColor>
 
@@ -53,6 +54,8 @@ public:
     const QVector<StormPeriod>& stormPeriods() const { return storms; }
     // What the key says of a level's shade, in the current language.
     static QString stormLabel(PressureWarning::Level level);
+    // The title block's line of facts: extremes, tendency, characteristic, last fix.
+    QStringList facts() const;
 
     static constexpr QSize DefaultSize{1600, 1000};
     static const QColor CurveColour;
@@ -77,5 +80,6 @@ private:
     QVector<StormPeriod> storms;
     QPointF lastFix;
     QString tendency;
+    QString characteristic;
     QString unit;
 };

@@ -6,6 +6,7 @@
 #include "log/CsvExport.h"
 #include "log/GpxExport.h"
 #include "log/LogHost.h"
+#include "log/TendencyReader.h"
 #include "util/Clock.h"
 #include "util/Pressure.h"
 #include "util/SettingKeys.h"
@@ -210,6 +211,9 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     setTrend();
     const std::optional<double> fall3h = rawFallSince(10800, pressure);
     const std::optional<double> fall1h = rawFallSince(3600, pressure);
+    const TendencyReader reader(database);
+    const std::optional<ThreeHourPoints> points = reader.read(lastSampleTime, pressure);
+    const std::optional<double> latitude = reader.latestLatitude();
     // Negation is exact: the same bits as the reading minus the row.
     change3h = fall3h ? std::optional<double>(-*fall3h) : std::nullopt;
     change1h = fall1h ? std::optional<double>(-*fall1h) : std::nullopt;
@@ -219,6 +223,7 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     // Outside the lock: the warning's handlers on the pages may read the log.
     locker.unlock();
     warning.evaluate(fall3h, fall1h, lastSampleTime);
+    tendency.evaluate(points, latitude, lastSampleTime);
     return true;
 }
 

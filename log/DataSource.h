@@ -14,6 +14,7 @@
 #include "log/ChartSpan.h"
 #include "log/PressureWarning.h"
 #include "log/StormMarks.h"
+#include "log/TendencyReport.h"
 
 #include <optional>
 
@@ -39,6 +40,8 @@ class DataSource : public QObject
     Q_PROPERTY(PressureWarning* warning READ getWarning CONSTANT)
     // Where the warning held over the table of the latest updateChart.
     Q_PROPERTY(StormMarks* storms READ getStorms CONSTANT)
+    // The tendency in words, its characteristic and the forecast, judged at the same moments.
+    Q_PROPERTY(TendencyReport* tendency READ getTendency CONSTANT)
 
 public:
     explicit DataSource(QQuickView* view, QObject* parent = nullptr);
@@ -63,6 +66,7 @@ public:
     static double seaLevelPressure(double stationPressure, double elevation);
     PressureWarning* getWarning() { return &warning; }
     StormMarks* getStorms() { return &storms; }
+    TendencyReport* getTendency() { return &tendency; }
     // The logged reading minus the BARO3H row within 30 s of three hours (one hour) before
     // it, raw, in hPa, as the last row-writing firing found them; nothing without such a row.
     std::optional<double> lastChange3h() const { return change3h; }
@@ -136,6 +140,7 @@ private:
     bool folderWritable = true;
     PressureWarning warning;
     StormMarks storms;
+    TendencyReport tendency;
     std::optional<double> change3h;
     std::optional<double> change1h;
 };

@@ -205,6 +205,18 @@ Item {
             }
         }
 
+        TendencyLine {
+            objectName: "textTendency"
+            Layout.fillWidth: true
+            Layout.leftMargin: 10
+            Layout.rightMargin: 10
+            report: typeof dataSource !== "undefined" && dataSource ? dataSource.tendency : null
+            pressureShown: rowPressure.visible
+            wrapMode: Text.WordWrap
+            font.pixelSize: page.basePixelSize
+            color: lineColor
+        }
+
         Rectangle {
             id: buttonBand
             objectName: "buttonBand"

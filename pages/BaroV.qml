@@ -147,6 +147,29 @@ Item {
             }
         }
 
+        TendencyLine {
+            objectName: "textTendency"
+            Layout.fillWidth: true
+            report: typeof dataSource !== "undefined" && dataSource ? dataSource.tendency : null
+            pressureShown: rowPressure.visible
+            font.pixelSize: page.basePixelSize * 1.5
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 1
+            color: lineColor
+        }
+
+        ForecastLine {
+            objectName: "textForecast"
+            Layout.fillWidth: true
+            Layout.topMargin: visible ? page.basePixelSize : 0
+            report: typeof dataSource !== "undefined" && dataSource ? dataSource.tendency : null
+            pressureShown: rowPressure.visible
+            font.pixelSize: page.basePixelSize * 1.5
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 1
+            color: Theme.positionColor(darkTheme)
+        }
+
         Item {
             objectName: "bottomSpacer"
             Layout.fillWidth: true

@@ -32,6 +32,7 @@ ScrollView {
         // After the unit: the offset is entered in the unit just stored.
         backend.setSetting("offset", backend.convertToHpa(offset.realValue))
         warningSettings.save()
+        forecastSettings.save()
         backend.syncSettings()
     }
 
@@ -130,6 +131,13 @@ ScrollView {
             Layout.margins: 20
         }
 
+        ForecastSettings {
+            id: forecastSettings
+            objectName: "forecastSettings"
+            Layout.alignment: Qt.AlignHCenter
+            Layout.margins: 20
+        }
+
         GridLayout {
             id: offsetGrid
             objectName: "offsetGrid"
@@ -214,6 +222,7 @@ ScrollView {
             offset.decimals = inHg ? 3 : 2
             offset.value = backend.convertToOther(backend.getSetting("offset", 0.0)) * (inHg ? 1000.0 : 100.0)
             warningSettings.load()
+            forecastSettings.load()
         }
         ready = true
         showPressure()

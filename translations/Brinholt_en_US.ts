@@ -208,6 +208,117 @@
     </message>
 </context>
 <context>
+    <name>BarometerForecast</name>
+    <message>
+        <source>Settled fine</source>
+        <translation>Settled fine</translation>
+    </message>
+    <message>
+        <source>Fine weather</source>
+        <translation>Fine weather</translation>
+    </message>
+    <message>
+        <source>Becoming fine</source>
+        <translation>Becoming fine</translation>
+    </message>
+    <message>
+        <source>Fine, becoming less settled</source>
+        <translation>Fine, becoming less settled</translation>
+    </message>
+    <message>
+        <source>Fine, possible showers</source>
+        <translation>Fine, possible showers</translation>
+    </message>
+    <message>
+        <source>Fairly fine, improving</source>
+        <translation>Fairly fine, improving</translation>
+    </message>
+    <message>
+        <source>Fairly fine, possible showers early</source>
+        <translation>Fairly fine, possible showers early</translation>
+    </message>
+    <message>
+        <source>Fairly fine, showery later</source>
+        <translation>Fairly fine, showery later</translation>
+    </message>
+    <message>
+        <source>Showery early, improving</source>
+        <translation>Showery early, improving</translation>
+    </message>
+    <message>
+        <source>Changeable, mending</source>
+        <translation>Changeable, mending</translation>
+    </message>
+    <message>
+        <source>Fairly fine, showers likely</source>
+        <translation>Fairly fine, showers likely</translation>
+    </message>
+    <message>
+        <source>Rather unsettled clearing later</source>
+        <translation>Rather unsettled clearing later</translation>
+    </message>
+    <message>
+        <source>Unsettled, probably improving</source>
+        <translation>Unsettled, probably improving</translation>
+    </message>
+    <message>
+        <source>Showery, bright intervals</source>
+        <translation>Showery, bright intervals</translation>
+    </message>
+    <message>
+        <source>Showery, becoming less settled</source>
+        <translation>Showery, becoming less settled</translation>
+    </message>
+    <message>
+        <source>Changeable, some rain</source>
+        <translation>Changeable, some rain</translation>
+    </message>
+    <message>
+        <source>Unsettled, short fine intervals</source>
+        <translation>Unsettled, short fine intervals</translation>
+    </message>
+    <message>
+        <source>Unsettled, rain later</source>
+        <translation>Unsettled, rain later</translation>
+    </message>
+    <message>
+        <source>Unsettled, some rain</source>
+        <translation>Unsettled, some rain</translation>
+    </message>
+    <message>
+        <source>Mostly very unsettled</source>
+        <translation>Mostly very unsettled</translation>
+    </message>
+    <message>
+        <source>Occasional rain, worsening</source>
+        <translation>Occasional rain, worsening</translation>
+    </message>
+    <message>
+        <source>Rain at times, very unsettled</source>
+        <translation>Rain at times, very unsettled</translation>
+    </message>
+    <message>
+        <source>Rain at frequent intervals</source>
+        <translation>Rain at frequent intervals</translation>
+    </message>
+    <message>
+        <source>Rain, very unsettled</source>
+        <translation>Rain, very unsettled</translation>
+    </message>
+    <message>
+        <source>Stormy, may improve</source>
+        <translation>Stormy, may improve</translation>
+    </message>
+    <message>
+        <source>Stormy, much rain</source>
+        <translation>Stormy, much rain</translation>
+    </message>
+    <message>
+        <source>Exceptional weather, %1</source>
+        <translation>Exceptional weather, %1</translation>
+    </message>
+</context>
+<context>
     <name>CommandLine</name>
     <message>
         <source>Usage: brinholt [--export TABLE FILE | --help | --version]
@@ -519,6 +630,37 @@ Without options Brinholt opens its window.
     </message>
 </context>
 <context>
+    <name>ForecastSettings</name>
+    <message>
+        <source>Rule-of-thumb forecast</source>
+        <translation>Rule-of-thumb forecast</translation>
+    </message>
+    <message>
+        <source>Show a forecast from the barometer</source>
+        <translation>Show a forecast from the barometer</translation>
+    </message>
+    <message>
+        <source>Hemisphere</source>
+        <translation>Hemisphere</translation>
+    </message>
+    <message>
+        <source>From the last fix</source>
+        <translation>From the last fix</translation>
+    </message>
+    <message>
+        <source>North</source>
+        <translation>North</translation>
+    </message>
+    <message>
+        <source>South</source>
+        <translation>South</translation>
+    </message>
+    <message>
+        <source>A rule of thumb for temperate latitudes from one barometer, not a weather forecast.</source>
+        <translation>A rule of thumb for temperate latitudes from one barometer, not a weather forecast.</translation>
+    </message>
+</context>
+<context>
     <name>Help_textview</name>
     <message>
         <source>Privacy Policy</source>
@@ -531,6 +673,65 @@ Without options Brinholt opens its window.
     <message>
         <source>Help</source>
         <translation>Help</translation>
+    </message>
+</context>
+<context>
+    <name>PressureCharacteristic</name>
+    <message>
+        <source>characteristic %1: %2</source>
+        <translation>characteristic %1: %2</translation>
+    </message>
+    <message>
+        <source>steady</source>
+        <translation>steady</translation>
+    </message>
+    <message>
+        <source>rising, then falling</source>
+        <translation>rising, then falling</translation>
+    </message>
+    <message>
+        <source>falling, then rising</source>
+        <translation>falling, then rising</translation>
+    </message>
+    <message>
+        <source>rising, then steady</source>
+        <translation>rising, then steady</translation>
+    </message>
+    <message>
+        <source>falling, then steady</source>
+        <translation>falling, then steady</translation>
+    </message>
+    <message>
+        <source>steady, then rising</source>
+        <translation>steady, then rising</translation>
+    </message>
+    <message>
+        <source>steady, then falling</source>
+        <translation>steady, then falling</translation>
+    </message>
+    <message>
+        <source>rising, then rising more slowly</source>
+        <translation>rising, then rising more slowly</translation>
+    </message>
+    <message>
+        <source>rising</source>
+        <translation>rising</translation>
+    </message>
+    <message>
+        <source>rising, then rising more quickly</source>
+        <translation>rising, then rising more quickly</translation>
+    </message>
+    <message>
+        <source>falling, then falling more slowly</source>
+        <translation>falling, then falling more slowly</translation>
+    </message>
+    <message>
+        <source>falling</source>
+        <translation>falling</translation>
+    </message>
+    <message>
+        <source>falling, then falling more quickly</source>
+        <translation>falling, then falling more quickly</translation>
     </message>
 </context>
 <context>
@@ -577,6 +778,64 @@ Without options Brinholt opens its window.
     <message>
         <source>mph</source>
         <translation>mph</translation>
+    </message>
+</context>
+<context>
+    <name>TendencyReport</name>
+    <message>
+        <source>%1, %2 %3 in 3 h</source>
+        <translation>%1, %2 %3 in 3 h</translation>
+    </message>
+    <message>
+        <source>Rule of thumb for temperate latitudes: %1</source>
+        <translation>Rule of thumb for temperate latitudes: %1</translation>
+    </message>
+</context>
+<context>
+    <name>TendencyWords</name>
+    <message>
+        <source>steady</source>
+        <translation>steady</translation>
+    </message>
+    <message>
+        <source>rising slowly</source>
+        <translation>rising slowly</translation>
+    </message>
+    <message>
+        <source>rising</source>
+        <translation>rising</translation>
+    </message>
+    <message>
+        <source>rising quickly</source>
+        <translation>rising quickly</translation>
+    </message>
+    <message>
+        <source>rising very rapidly</source>
+        <translation>rising very rapidly</translation>
+    </message>
+    <message>
+        <source>falling slowly</source>
+        <translation>falling slowly</translation>
+    </message>
+    <message>
+        <source>falling</source>
+        <translation>falling</translation>
+    </message>
+    <message>
+        <source>falling quickly</source>
+        <translation>falling quickly</translation>
+    </message>
+    <message>
+        <source>falling very rapidly</source>
+        <translation>falling very rapidly</translation>
+    </message>
+    <message>
+        <source>now rising</source>
+        <translation>now rising</translation>
+    </message>
+    <message>
+        <source>now falling</source>
+        <translation>now falling</translation>
     </message>
 </context>
 <context>

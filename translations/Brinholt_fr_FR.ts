@@ -208,6 +208,117 @@
     </message>
 </context>
 <context>
+    <name>BarometerForecast</name>
+    <message>
+        <source>Settled fine</source>
+        <translation>Beau temps durable</translation>
+    </message>
+    <message>
+        <source>Fine weather</source>
+        <translation>Beau temps</translation>
+    </message>
+    <message>
+        <source>Becoming fine</source>
+        <translation>Devenant beau</translation>
+    </message>
+    <message>
+        <source>Fine, becoming less settled</source>
+        <translation>Beau, devenant moins stable</translation>
+    </message>
+    <message>
+        <source>Fine, possible showers</source>
+        <translation>Beau, averses possibles</translation>
+    </message>
+    <message>
+        <source>Fairly fine, improving</source>
+        <translation>Assez beau, en amélioration</translation>
+    </message>
+    <message>
+        <source>Fairly fine, possible showers early</source>
+        <translation>Assez beau, averses possibles d&apos;abord</translation>
+    </message>
+    <message>
+        <source>Fairly fine, showery later</source>
+        <translation>Assez beau, averses plus tard</translation>
+    </message>
+    <message>
+        <source>Showery early, improving</source>
+        <translation>Averses d&apos;abord, en amélioration</translation>
+    </message>
+    <message>
+        <source>Changeable, mending</source>
+        <translation>Variable, en voie d&apos;amélioration</translation>
+    </message>
+    <message>
+        <source>Fairly fine, showers likely</source>
+        <translation>Assez beau, averses probables</translation>
+    </message>
+    <message>
+        <source>Rather unsettled clearing later</source>
+        <translation>Plutôt instable, éclaircies plus tard</translation>
+    </message>
+    <message>
+        <source>Unsettled, probably improving</source>
+        <translation>Instable, amélioration probable</translation>
+    </message>
+    <message>
+        <source>Showery, bright intervals</source>
+        <translation>Averses et belles éclaircies</translation>
+    </message>
+    <message>
+        <source>Showery, becoming less settled</source>
+        <translation>Averses, devenant moins stable</translation>
+    </message>
+    <message>
+        <source>Changeable, some rain</source>
+        <translation>Variable, un peu de pluie</translation>
+    </message>
+    <message>
+        <source>Unsettled, short fine intervals</source>
+        <translation>Instable, courtes éclaircies</translation>
+    </message>
+    <message>
+        <source>Unsettled, rain later</source>
+        <translation>Instable, pluie plus tard</translation>
+    </message>
+    <message>
+        <source>Unsettled, some rain</source>
+        <translation>Instable, un peu de pluie</translation>
+    </message>
+    <message>
+        <source>Mostly very unsettled</source>
+        <translation>Le plus souvent très instable</translation>
+    </message>
+    <message>
+        <source>Occasional rain, worsening</source>
+        <translation>Pluie occasionnelle, se dégradant</translation>
+    </message>
+    <message>
+        <source>Rain at times, very unsettled</source>
+        <translation>Pluie par moments, très instable</translation>
+    </message>
+    <message>
+        <source>Rain at frequent intervals</source>
+        <translation>Pluie fréquente</translation>
+    </message>
+    <message>
+        <source>Rain, very unsettled</source>
+        <translation>Pluie, très instable</translation>
+    </message>
+    <message>
+        <source>Stormy, may improve</source>
+        <translation>Tempête, amélioration possible</translation>
+    </message>
+    <message>
+        <source>Stormy, much rain</source>
+        <translation>Tempête, beaucoup de pluie</translation>
+    </message>
+    <message>
+        <source>Exceptional weather, %1</source>
+        <translation>Temps exceptionnel, %1</translation>
+    </message>
+</context>
+<context>
     <name>CommandLine</name>
     <message>
         <source>Usage: brinholt [--export TABLE FILE | --help | --version]
@@ -519,6 +630,37 @@ Sans option, Brinholt ouvre sa fenêtre.
     </message>
 </context>
 <context>
+    <name>ForecastSettings</name>
+    <message>
+        <source>Rule-of-thumb forecast</source>
+        <translation>Prévision empirique</translation>
+    </message>
+    <message>
+        <source>Show a forecast from the barometer</source>
+        <translation>Afficher une prévision tirée du baromètre</translation>
+    </message>
+    <message>
+        <source>Hemisphere</source>
+        <translation>Hémisphère</translation>
+    </message>
+    <message>
+        <source>From the last fix</source>
+        <translation>D&apos;après la dernière position</translation>
+    </message>
+    <message>
+        <source>North</source>
+        <translation>Nord</translation>
+    </message>
+    <message>
+        <source>South</source>
+        <translation>Sud</translation>
+    </message>
+    <message>
+        <source>A rule of thumb for temperate latitudes from one barometer, not a weather forecast.</source>
+        <translation>Une règle empirique des latitudes tempérées tirée d&apos;un seul baromètre, pas une prévision météorologique.</translation>
+    </message>
+</context>
+<context>
     <name>Help_textview</name>
     <message>
         <source>Privacy Policy</source>
@@ -531,6 +673,65 @@ Sans option, Brinholt ouvre sa fenêtre.
     <message>
         <source>Help</source>
         <translation>Aide</translation>
+    </message>
+</context>
+<context>
+    <name>PressureCharacteristic</name>
+    <message>
+        <source>characteristic %1: %2</source>
+        <translation>caractéristique %1 : %2</translation>
+    </message>
+    <message>
+        <source>steady</source>
+        <translation>stationnaire</translation>
+    </message>
+    <message>
+        <source>rising, then falling</source>
+        <translation>en hausse, puis en baisse</translation>
+    </message>
+    <message>
+        <source>falling, then rising</source>
+        <translation>en baisse, puis en hausse</translation>
+    </message>
+    <message>
+        <source>rising, then steady</source>
+        <translation>en hausse, puis stationnaire</translation>
+    </message>
+    <message>
+        <source>falling, then steady</source>
+        <translation>en baisse, puis stationnaire</translation>
+    </message>
+    <message>
+        <source>steady, then rising</source>
+        <translation>stationnaire, puis en hausse</translation>
+    </message>
+    <message>
+        <source>steady, then falling</source>
+        <translation>stationnaire, puis en baisse</translation>
+    </message>
+    <message>
+        <source>rising, then rising more slowly</source>
+        <translation>en hausse, puis hausse plus lente</translation>
+    </message>
+    <message>
+        <source>rising</source>
+        <translation>en hausse</translation>
+    </message>
+    <message>
+        <source>rising, then rising more quickly</source>
+        <translation>en hausse, puis hausse plus rapide</translation>
+    </message>
+    <message>
+        <source>falling, then falling more slowly</source>
+        <translation>en baisse, puis baisse plus lente</translation>
+    </message>
+    <message>
+        <source>falling</source>
+        <translation>en baisse</translation>
+    </message>
+    <message>
+        <source>falling, then falling more quickly</source>
+        <translation>en baisse, puis baisse plus rapide</translation>
     </message>
 </context>
 <context>
@@ -577,6 +778,64 @@ Sans option, Brinholt ouvre sa fenêtre.
     <message>
         <source>mph</source>
         <translation>mi/h</translation>
+    </message>
+</context>
+<context>
+    <name>TendencyReport</name>
+    <message>
+        <source>%1, %2 %3 in 3 h</source>
+        <translation>%1, %2 %3 en 3 h</translation>
+    </message>
+    <message>
+        <source>Rule of thumb for temperate latitudes: %1</source>
+        <translation>Règle empirique des latitudes tempérées : %1</translation>
+    </message>
+</context>
+<context>
+    <name>TendencyWords</name>
+    <message>
+        <source>steady</source>
+        <translation>stationnaire</translation>
+    </message>
+    <message>
+        <source>rising slowly</source>
+        <translation>en hausse lente</translation>
+    </message>
+    <message>
+        <source>rising</source>
+        <translation>en hausse</translation>
+    </message>
+    <message>
+        <source>rising quickly</source>
+        <translation>en hausse rapide</translation>
+    </message>
+    <message>
+        <source>rising very rapidly</source>
+        <translation>en hausse très rapide</translation>
+    </message>
+    <message>
+        <source>falling slowly</source>
+        <translation>en baisse lente</translation>
+    </message>
+    <message>
+        <source>falling</source>
+        <translation>en baisse</translation>
+    </message>
+    <message>
+        <source>falling quickly</source>
+        <translation>en baisse rapide</translation>
+    </message>
+    <message>
+        <source>falling very rapidly</source>
+        <translation>en baisse très rapide</translation>
+    </message>
+    <message>
+        <source>now rising</source>
+        <translation>maintenant en hausse</translation>
+    </message>
+    <message>
+        <source>now falling</source>
+        <translation>maintenant en baisse</translation>
     </message>
 </context>
 <context>

@@ -52,6 +52,10 @@ inline const QString AlarmFall1h = QStringLiteral("alarmFall1h");
 inline const QString WatchPageOn = QStringLiteral("watchPageOn");
 inline const QString WatchPagePort = QStringLiteral("watchPagePort");
 inline const QString WatchPagePosition = QStringLiteral("watchPagePosition");
+// The rule-of-thumb forecast: on or off, and the hemisphere it is read for (0 from the last
+// fix, 1 north, 2 south).
+inline const QString ForecastOn = QStringLiteral("forecastOn");
+inline const QString ForecastHemisphere = QStringLiteral("forecastHemisphere");
 
 } // namespace SettingKey
 
@@ -105,5 +109,8 @@ constexpr int WatchPagePort = 8088;
 constexpr int WatchPagePortLowest = 1024;
 constexpr int WatchPagePortHighest = 65535;
 constexpr int WatchPagePosition = 0;
+// Off until asked for: a forecast on the display could surprise.
+constexpr int ForecastOn = 0;
+constexpr int ForecastHemisphere = 0;
 
 } // namespace SettingDefault

@@ -50,6 +50,15 @@ struct ShownState
     double change3h = Unknown;
     double change1h = Unknown;
 
+    // The three-hour tendency as a forecaster reads it, empty while the log is younger than
+    // three hours: the glossary's words with the change in the user's unit ("falling
+    // quickly, -4.1 hPa in 3 h"), the WMO characteristic (-1 with none) and its line, and
+    // the rule-of-thumb forecast's line (empty unless switched on and where it holds).
+    QString tendencyWords;
+    int characteristic = -1;
+    QString characteristicText;
+    QString forecast;
+
     // The pressure-fall warning: 0 none, 1 warning, 2 alarm; the raw falls (positive when
     // the pressure went down) of its last judgement; since when in seconds since the epoch.
     int warningLevel = 0;

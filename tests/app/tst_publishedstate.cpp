@@ -167,6 +167,31 @@ private slots:
         QVERIFY(std::isnan(state->change1h));
         QCOMPARE(state->warningLevel, 0);
         QVERIFY(state->warningText.isEmpty());
+        QVERIFY(state->tendencyWords.isEmpty());
+        QCOMPARE(state->characteristic, -1);
+    }
+
+    // The tendency in words, its characteristic and the forecast, as the pages show them.
+    void theTendencyInWordsAndTheForecast()
+    {
+        ReaderFixture fx;
+        fx.setSetting(QStringLiteral("forecastOn"), 1);
+        fx.setSetting(QStringLiteral("forecastHemisphere"), 1);
+        putRow(fx, Now - 10800, 1007.0);
+        putRow(fx, Now - 5400, 1005.5);
+        fx.setClock(Now);
+        fx.setPressure(1002.9);
+        auto state = tick(fx);
+        QCOMPARE(state->tendencyWords, QStringLiteral("falling quickly, -4.1 mb in 3 h"));
+        QCOMPARE(state->characteristic, 8);
+        QCOMPARE(state->characteristicText, QStringLiteral("characteristic 8: falling, then falling more quickly"));
+        QCOMPARE(state->forecast, QStringLiteral("Rule of thumb for temperate latitudes: Occasional rain, worsening"));
+
+        fx.setPressure(-2000.0);
+        state = tick(fx);
+        QVERIFY(state->tendencyWords.isEmpty());
+        QCOMPARE(state->characteristic, -1);
+        QVERIFY(state->forecast.isEmpty());
     }
 
     void theFixThemeAndLanguageAreThoseShown()

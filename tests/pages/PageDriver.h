@@ -11,6 +11,8 @@
 #include <QtCore/QSize>
 #include <QtCore/QUrl>
 #include <QtCore/QVariant>
+#include <QtGui/QFont>
+#include <QtGui/QGuiApplication>
 #include <QtQuick/QQuickItem>
 #include <QtTest/QtTest>
 
@@ -92,6 +94,18 @@ inline bool copyCatalogues(const QString& folder)
             return false;
     }
     return true;
+}
+
+// For the tests that photograph pages: true on an X display, once the folder the pictures
+// go to is there and the style's upper-casing of control texts is off, as start-up has it.
+inline bool readyToPhotograph()
+{
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return false;
+    QFont font = QGuiApplication::font();
+    font.setCapitalization(QFont::MixedCase);
+    QGuiApplication::setFont(font);
+    return QDir().mkpath(BRINHOLT_BINARY_DIR "/screenshots");
 }
 
 // Fails on any message the harness does not expect: QML warnings above all.

@@ -493,7 +493,8 @@ private slots:
                               "comboDateFormatBox", "comboTimeFormatBox", "comboSpeedUnitBox", "comboPreUnitBox",
                               "comboPrecisionBox", "comboFormatLocationBox", "comboPressureLevelBox",
                               "comboElevationUnitsBox", "elevation", "straight", "spline", "swSplitScreen",
-                              "swWarning", "warning3h", "alarm3h", "alarm1h", "offset", "buttonConnections"})
+                              "swWarning", "warning3h", "alarm3h", "alarm1h", "swForecast", "offset",
+                              "buttonConnections"})
                          + Bar);
 
         // A combo box opens on Return, the arrows choose, Return takes the choice.
@@ -554,7 +555,7 @@ private slots:
         QQuickItem* page = h.loadedPage();
         // The groups of the inputs that are off are passed by.
         COMPARE_NAMES(roundFrom(h, "makerLink"), QStringList({"makerLink", "deviceLink", "swPos", "posInternal", "posNmea",
-                                                         "swSerial", "swTcp", "swUdp", "swUdpOut"})
+                                                         "swSerial", "swTcp", "swUdp", "swUdpOut", "swWatchPage"})
                                                     + Bar);
 
         QQuickItem* tcp = tabTo(h, "swTcp");

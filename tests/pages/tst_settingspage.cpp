@@ -342,6 +342,37 @@ private slots:
         checkClean(h);
     }
 
+    // The rule-of-thumb forecast's switch and hemisphere: off until asked for.
+    void forecastOffUntilAskedFor()
+    {
+        PageHarness h;
+        QVERIFY(startMain(h));
+        QQuickItem* page = openSettings(h);
+        QVERIFY(page);
+        QCOMPARE(named(h, page, "swForecast", "checked").toBool(), false);
+        QCOMPARE(named(h, page, "forecastHemisphere", "currentIndex").toInt(), 0);
+        QCOMPARE(named(h, page, "forecastHemisphere", "enabled").toBool(), false);
+        QCOMPARE(named(h, page, "forecastHemisphereBox", "count").toInt(), 3);
+        QVERIFY(leave(h));
+        QCOMPARE(stored(h, "forecastOn").toInt(), 0);
+        QCOMPARE(stored(h, "forecastHemisphere").toInt(), 0);
+
+        page = openSettings(h);
+        QVERIFY(page);
+        setNamed(h, page, "swForecast", "checked", true);
+        QCOMPARE(named(h, page, "forecastHemisphere", "enabled").toBool(), true);
+        setNamed(h, page, "forecastHemisphere", "currentIndex", 2);
+        QVERIFY(leave(h));
+        QCOMPARE(stored(h, "forecastOn").toInt(), 1);
+        QCOMPARE(stored(h, "forecastHemisphere").toInt(), 2);
+
+        page = openSettings(h);
+        QVERIFY(page);
+        QCOMPARE(named(h, page, "swForecast", "checked").toBool(), true);
+        QCOMPARE(named(h, page, "forecastHemisphere", "currentIndex").toInt(), 2);
+        checkClean(h);
+    }
+
     void elevationUnitSwitchMovesByAtMostOneStep()
     {
         PageHarness h;

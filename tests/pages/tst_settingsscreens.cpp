@@ -6,7 +6,6 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtGui/QFont>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QImage>
 #include <QtGui/QScreen>
@@ -61,13 +60,8 @@ private:
 private slots:
     void initTestCase()
     {
-        if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        if (!readyToPhotograph())
             QSKIP("needs an X display: run under xvfb-run with QT_QPA_PLATFORM=xcb");
-        QVERIFY(QDir().mkpath(BRINHOLT_BINARY_DIR "/screenshots"));
-        // As start-up does: the style's upper-casing of control texts is off.
-        QFont font = QGuiApplication::font();
-        font.setCapitalization(QFont::MixedCase);
-        QGuiApplication::setFont(font);
     }
 
     void page_data()
