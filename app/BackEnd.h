@@ -8,6 +8,7 @@
 #include "nmea/NmeaSourceType.h"
 #include "nmea/ReadingSink.h"
 #include "nmea/ReceiverHost.h"
+#include "nmea/SignalKOutput.h"
 #include "util/AgeTimer.h"
 #include "util/Pressure.h"
 #include "util/SeqLock.h"
@@ -75,6 +76,7 @@ public:
     // The NMEA receiver now running, or null; it lives on its own thread.
     NmeaReceiver* getReceiver() const { return receiver; }
     const ConnectionStatusBoard& getConnectionStatusBoard() const { return connectionStatusBoard; }
+    SignalKOutput& getSignalKOutput() { return signalKOutput; }
     // The sender of the internal sensor and location paths, or null.
     NmeaSenderUdp* getSenderUdp() const { return senderUdp; }
     // When the application last left the active state, in UTC; null before that.
@@ -150,7 +152,7 @@ public:
     Q_INVOKABLE void resetBarometer();
     Q_INVOKABLE double getSerialPressure();
     // One line on what a connection of the running receiver does now: `which` is 1 serial,
-    // 2 TCP, 3 UDP input (as NmeaSourceType), 4 UDP output.
+    // 2 TCP, 3 UDP input (as NmeaSourceType), 4 UDP output; 5 and 6 the Signal K output.
     Q_INVOKABLE QString connectionStatus(int which);
 
     // The dark-mode answer for a window text colour: each of red, blue and green at least 129.
@@ -219,6 +221,8 @@ private:
     NmeaReceiver* receiver = nullptr;
     // What the receiver's connections are doing, for the Connections page.
     ConnectionStatusBoard connectionStatusBoard;
+    // Restarted with the receiver; stopped before anything it reads goes.
+    SignalKOutput signalKOutput;
 };
 
 extern BackEnd* backend;

@@ -572,6 +572,79 @@ Without options Brinholt opens its window.
     </message>
 </context>
 <context>
+    <name>SignalKConnections</name>
+    <message>
+        <source>Signal K over TCP</source>
+        <translation>Signal K over TCP</translation>
+    </message>
+    <message>
+        <source>Signal K TCP port</source>
+        <translation>Signal K TCP port</translation>
+    </message>
+    <message>
+        <source>Signal K over UDP</source>
+        <translation>Signal K over UDP</translation>
+    </message>
+    <message>
+        <source>Server address</source>
+        <translation>Server address</translation>
+    </message>
+    <message>
+        <source>Signal K server address</source>
+        <translation>Signal K server address</translation>
+    </message>
+    <message>
+        <source>Signal K UDP port</source>
+        <translation>Signal K UDP port</translation>
+    </message>
+</context>
+<context>
+    <name>SignalKDelta</name>
+    <message>
+        <source>The pressure-fall warning has ended</source>
+        <translation>The pressure-fall warning has ended</translation>
+    </message>
+</context>
+<context>
+    <name>SignalKStatusText</name>
+    <message>
+        <source>off</source>
+        <translation>off</translation>
+    </message>
+    <message>
+        <source>listening on port %1, no client connected</source>
+        <translation>listening on port %1, no client connected</translation>
+    </message>
+    <message>
+        <source>listening on port %1, 1 client connected</source>
+        <translation>listening on port %1, 1 client connected</translation>
+    </message>
+    <message>
+        <source>listening on port %1, %2 clients connected</source>
+        <translation>listening on port %1, %2 clients connected</translation>
+    </message>
+    <message>
+        <source>port %1 is in use; retrying every %2 s</source>
+        <translation>port %1 is in use; retrying every %2 s</translation>
+    </message>
+    <message>
+        <source>cannot listen on port %1: %2; retrying every %3 s</source>
+        <translation>cannot listen on port %1: %2; retrying every %3 s</translation>
+    </message>
+    <message>
+        <source>sending to %1:%2</source>
+        <translation>sending to %1:%2</translation>
+    </message>
+    <message>
+        <source>%1 is not an IP address; nothing is sent</source>
+        <translation>%1 is not an IP address; nothing is sent</translation>
+    </message>
+    <message>
+        <source>cannot send to %1:%2: %3</source>
+        <translation>cannot send to %1:%2: %3</translation>
+    </message>
+</context>
+<context>
     <name>WarningSettings</name>
     <message>
         <source>Pressure-fall warning</source>

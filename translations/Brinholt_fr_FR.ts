@@ -572,6 +572,79 @@ Sans option, Brinholt ouvre sa fenêtre.
     </message>
 </context>
 <context>
+    <name>SignalKConnections</name>
+    <message>
+        <source>Signal K over TCP</source>
+        <translation>Signal K par TCP</translation>
+    </message>
+    <message>
+        <source>Signal K TCP port</source>
+        <translation>Port TCP Signal K</translation>
+    </message>
+    <message>
+        <source>Signal K over UDP</source>
+        <translation>Signal K par UDP</translation>
+    </message>
+    <message>
+        <source>Server address</source>
+        <translation>Adresse du serveur</translation>
+    </message>
+    <message>
+        <source>Signal K server address</source>
+        <translation>Adresse du serveur Signal K</translation>
+    </message>
+    <message>
+        <source>Signal K UDP port</source>
+        <translation>Port UDP Signal K</translation>
+    </message>
+</context>
+<context>
+    <name>SignalKDelta</name>
+    <message>
+        <source>The pressure-fall warning has ended</source>
+        <translation>L&apos;alerte de baisse de pression est terminée</translation>
+    </message>
+</context>
+<context>
+    <name>SignalKStatusText</name>
+    <message>
+        <source>off</source>
+        <translation>désactivée</translation>
+    </message>
+    <message>
+        <source>listening on port %1, no client connected</source>
+        <translation>à l&apos;écoute sur le port %1, aucun client connecté</translation>
+    </message>
+    <message>
+        <source>listening on port %1, 1 client connected</source>
+        <translation>à l&apos;écoute sur le port %1, 1 client connecté</translation>
+    </message>
+    <message>
+        <source>listening on port %1, %2 clients connected</source>
+        <translation>à l&apos;écoute sur le port %1, %2 clients connectés</translation>
+    </message>
+    <message>
+        <source>port %1 is in use; retrying every %2 s</source>
+        <translation>le port %1 est déjà utilisé ; nouvel essai toutes les %2 s</translation>
+    </message>
+    <message>
+        <source>cannot listen on port %1: %2; retrying every %3 s</source>
+        <translation>impossible d&apos;écouter sur le port %1 : %2 ; nouvel essai toutes les %3 s</translation>
+    </message>
+    <message>
+        <source>sending to %1:%2</source>
+        <translation>envoi vers %1:%2</translation>
+    </message>
+    <message>
+        <source>%1 is not an IP address; nothing is sent</source>
+        <translation>%1 n&apos;est pas une adresse IP ; rien n&apos;est envoyé</translation>
+    </message>
+    <message>
+        <source>cannot send to %1:%2: %3</source>
+        <translation>impossible d&apos;envoyer vers %1:%2 : %3</translation>
+    </message>
+</context>
+<context>
     <name>WarningSettings</name>
     <message>
         <source>Pressure-fall warning</source>

@@ -47,6 +47,12 @@ inline const QString WarningOn = QStringLiteral("warningOn");
 inline const QString WarningFall3h = QStringLiteral("warningFall3h");
 inline const QString AlarmFall3h = QStringLiteral("alarmFall3h");
 inline const QString AlarmFall1h = QStringLiteral("alarmFall1h");
+// The Signal K output: a TCP server a Signal K server reads, and datagrams sent to one.
+inline const QString SignalKTcpOn = QStringLiteral("signalkTcpOn");
+inline const QString SignalKTcpPort = QStringLiteral("signalkTcpPort");
+inline const QString SignalKUdpOn = QStringLiteral("signalkUdpOn");
+inline const QString SignalKUdpHost = QStringLiteral("signalkUdpHost");
+inline const QString SignalKUdpPort = QStringLiteral("signalkUdpPort");
 
 } // namespace SettingKey
 
@@ -95,5 +101,12 @@ constexpr int UpdPort = 10110;
 // The internal sensor's broadcast alone falls back to another port.
 constexpr int UpdPortAtSensor = 5999;
 constexpr int WarningOn = 1;
+constexpr int SignalKTcpOn = 0;
+// No Signal K server takes this port for itself: its own stream is on 8375, its web
+// interface on 3000 and its NMEA 0183 output on 10110.
+constexpr int SignalKTcpPort = 8376;
+constexpr int SignalKUdpOn = 0;
+inline const QString SignalKUdpHost = QStringLiteral("127.0.0.1");
+constexpr int SignalKUdpPort = 8376;
 
 } // namespace SettingDefault
