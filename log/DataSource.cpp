@@ -363,6 +363,12 @@ std::optional<double> DataSource::rawFallSince(qint64 age, double pressure)
     return query.value(Pre).toDouble() - pressure;
 }
 
+std::optional<double> DataSource::rawChangeOver(qint64 seconds)
+{
+    const std::optional<double> fall = rawFallSince(seconds, host().getCurrentPressure());
+    return fall ? std::optional<double>(-*fall) : std::nullopt;
+}
+
 int DataSource::getTrend()
 {
     return trend;

@@ -56,6 +56,9 @@ public:
     // the pressure as it is.
     static double seaLevelPressure(double stationPressure, double elevation);
     PressureWarning* getWarning() { return &warning; }
+    // The newest reading minus the BARO3H row within 30 s of `seconds` before the latest
+    // sample, raw, in hPa; nothing without such a row. No lock, as getTrend3h.
+    std::optional<double> rawChangeOver(qint64 seconds);
     // The newest position of a table that is not (0, 0); (0, 0) when it has none.
     QPointF lastFix(int tableNb);
 
