@@ -10,6 +10,7 @@
 #include "tests/support/DatagramListener.h"
 #include "tests/support/DeltaFormat.h"
 #include "tests/support/NetworkNamespace.h"
+#include "util/Pressure.h"
 #include "util/StatePublisher.h"
 
 #include "app/BackEnd.h"
@@ -97,8 +98,9 @@ private:
 
     BackEnd& start(const QVariantMap& settings)
     {
-        StatePublisher::install(&publisher);
         fixture = std::make_unique<BackEndFixture>(settings);
+        // In place of the back end's own, which its tick feeds.
+        StatePublisher::install(&publisher);
         return *fixture->b;
     }
     QString tcpStatus() { return fixture->b->connectionStatus(SignalKStatus::TcpServer); }
@@ -290,6 +292,22 @@ private slots:
         for (const QByteArray& datagram : listener.datagrams())
             QVERIFY2(DeltaFormat::problems(datagram).isEmpty(), qPrintable(DeltaFormat::problems(datagram) + datagram));
         QCOMPARE(tcpStatus(), QStringLiteral("off"));
+    }
+
+    // What goes to the server is the pressure around the instrument: the reading and the
+    // offset, whatever level the pages show.
+    void tickPublishesTheStationPressureWithTheOffset()
+    {
+        BackEnd& b = start({{QStringLiteral("offset"), 1.5}, {QStringLiteral("elevation"), 100.0},
+                            {QStringLiteral("preDisplay"), 0}});
+        b.setCurrentPressure(1000.0, Serial);
+        b.slot_timerData();
+        const auto state = b.getStatePublisher().current();
+        QCOMPARE(state->stationPressureHpa, 1001.5);
+        QVERIFY(state->shownPressureHpa > 1012.0);
+        b.setCurrentPressure(Pressure::None, Serial);
+        b.slot_timerData();
+        QVERIFY(std::isnan(b.getStatePublisher().current()->stationPressureHpa));
     }
 
     void nameIsNoAddress()

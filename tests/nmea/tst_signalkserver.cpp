@@ -228,9 +228,10 @@ private slots:
         // Over UDP first. The meta goes again every second here, so that the server has it
         // whenever it started listening.
         SignalKUdpSender::setMetaIntervalMs(1000);
-        StatePublisher::install(&publisher);
         BackEndFixture fixture({{QStringLiteral("signalkUdpOn"), 1},
                                 {QStringLiteral("signalkUdpPort"), UdpPort}});
+        // In place of the back end's own, which its tick feeds.
+        StatePublisher::install(&publisher);
         BackEnd& b = *fixture.b;
         ShownState calm;
         calm.tickTime = QDateTime::currentMSecsSinceEpoch();
