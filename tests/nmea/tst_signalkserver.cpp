@@ -3,7 +3,10 @@
 // interface, over UDP and over TCP, with the pressure-fall warning of a real storm; the
 // server's NMEA 0183 output read by the TCP input. The server runs in a private network
 // namespace: it announces itself and reaches out to the internet otherwise.
+#include "DeviceSim.h"
 #include "log/PressureWarning.h"
+#include "nmea/EchoGuard.h"
+#include "nmea/NmeaReceiver.h"
 #include "nmea/SignalKDelta.h"
 #include "nmea/SignalKLink.h"
 #include "nmea/SignalKUdpSender.h"
@@ -11,6 +14,7 @@
 #include "tests/support/DeltaFormat.h"
 #include "tests/support/NetworkNamespace.h"
 #include "tests/support/SignalKServer.h"
+#include "util/Pressure.h"
 #include "util/StatePublisher.h"
 
 #include "app/BackEnd.h"
@@ -204,6 +208,7 @@ private slots:
     void cleanup()
     {
         StatePublisher::withdraw(&publisher);
+        NmeaReceiver::setDelayBehindSerialMs(5000);
         SignalKLink::setPollMs(250);
         SignalKUdpSender::setMetaIntervalMs(60000);
     }
@@ -322,6 +327,43 @@ private slots:
         QVERIFY2(std::abs(b.getCurrentPressure() - 1008.1) <= 0.05,
                  qPrintable(QString::number(b.getCurrentPressure()) + QLatin1Char(' ') + b.connectionStatus(2)));
         QCOMPARE(b.getPressureSource(), QStringLiteral("From TCP connection"));
+
+        // Both ways at once, from a real device through the back end's own tick: our
+        // pressure goes to the server and comes back as sentences, which never count as a
+        // reading; when the device stops, the pressure ends in Brinholt and in the server.
+        StatePublisher::withdraw(&publisher);
+        StatePublisher::install(&b.getStatePublisher());
+        DeviceSim device;
+        QTemporaryDir deviceFolder;
+        const QString port = device.start({QStringLiteral("--interval"), QStringLiteral("200"),
+                                           QStringLiteral("--link"), deviceFolder.filePath(QStringLiteral("skerry"))});
+        QVERIFY(!port.isEmpty());
+        NmeaReceiver::setDelayBehindSerialMs(0);
+        b.setSetting(QStringLiteral("SettingSerialPort"), port);
+        b.setSetting(QStringLiteral("SettingUseSerial"), 1);
+        b.startNmea();
+        QTRY_COMPARE_WITH_TIMEOUT(b.connectionStatus(SignalKStatus::TcpServer),
+                                  QStringLiteral("listening on port 8376, 1 client connected"), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(b.getStatePublisher().current()->source, int(Serial), 10000);
+        auto sameAsOurs = [&] {
+            const double ours = b.getStatePublisher().current()->stationPressureHpa * 100.0;
+            return std::abs(pascalsAt(server, QStringLiteral("environment/outside/pressure")) - ours) <= 1.0;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(sameAsOurs(), 10000);
+        // The echo arrives, and is no reading: the source stays the device.
+        QTRY_VERIFY_WITH_TIMEOUT(b.connectionStatus(2).contains(QLatin1String(", last sentence ")), 10000);
+        QCOMPARE(EchoGuard::filter(1012.0, Tcp), Pressure::None);
+        QCOMPARE(b.getPressureSource(), QStringLiteral("From serial connection"));
+
+        device.command(QStringLiteral("vanish"));
+        QTRY_COMPARE_WITH_TIMEOUT(b.getStatePublisher().current()->pressureText, QStringLiteral("NONE"), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(server.self(QStringLiteral("environment/outside/pressure/value")).isNull(), 10000);
+        // Past the guard and a few ticks: nothing has come back to stand in for the device.
+        QTest::qWait(int(EchoGuard::HoldMs) + 3000);
+        QVERIFY(!b.hasUsablePressure());
+        QCOMPARE(b.getStatePublisher().current()->pressureText, QStringLiteral("NONE"));
+        QVERIFY(server.self(QStringLiteral("environment/outside/pressure/value")).isNull());
+        StatePublisher::withdraw(&b.getStatePublisher());
 
         const QStringList errors = errorsOf(server.log());
         QVERIFY2(errors.isEmpty(), qPrintable(errors.join(QLatin1Char('\n'))));
