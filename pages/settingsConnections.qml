@@ -77,6 +77,7 @@ ScrollView {
         backend.setSetting("SettingUseUdp", swUdp.checked ? 1 : 0)
         backend.setSetting("SettingUseUdpOut", swUdpOut.checked ? 1 : 0)
         backend.setSetting("sendUdpMda", swUdpMda.checked ? 1 : 0)
+        signalKConnections.saveSettings()
         backend.syncSettings()
     }
 
@@ -351,6 +352,8 @@ ScrollView {
                 Layout.topMargin: -4
                 Layout.bottomMargin: 6
             }
+
+            SignalKConnections { id: signalKConnections; statusTick: settingsRect.statusTick; secondColumnX: udpInputPort.x }
         }
 
         Item {
