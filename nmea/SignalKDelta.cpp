@@ -57,6 +57,17 @@ QJsonObject scale(double lower, double upper)
                        {QStringLiteral("type"), QStringLiteral("linear")}};
 }
 
+// The meta of a change over `span`, in pascals, newest minus older.
+QJsonObject change(const QString& span, const QString& shortSpan, double scaleTop)
+{
+    return QJsonObject{
+            {QStringLiteral("units"), QStringLiteral("Pa")},
+            {QStringLiteral("description"), QStringLiteral("Pressure change over the last %1, newest minus %1 ago").arg(span)},
+            {QStringLiteral("displayName"), QStringLiteral("Pressure change in %1").arg(shortSpan)},
+            {QStringLiteral("shortName"), shortSpan},
+            {QStringLiteral("displayScale"), scale(-scaleTop, scaleTop)}};
+}
+
 } // namespace
 
 QByteArray SignalKDelta::meta(qint64 nowMs)
@@ -73,20 +84,8 @@ QByteArray SignalKDelta::meta(qint64 nowMs)
             {QStringLiteral("displayScale"), scale(95000.0, 105000.0)},
             // A reading is used for a minute at most.
             {QStringLiteral("timeout"), 60}};
-    const QJsonObject threeHours{
-            {QStringLiteral("units"), QStringLiteral("Pa")},
-            {QStringLiteral("description"),
-             QStringLiteral("Pressure change over the last three hours, newest minus three hours ago (the pressure "
-                            "tendency)")},
-            {QStringLiteral("displayName"), QStringLiteral("Pressure change in 3 h")},
-            {QStringLiteral("shortName"), QStringLiteral("3 h")},
-            {QStringLiteral("displayScale"), scale(-1000.0, 1000.0)}};
-    const QJsonObject oneHour{
-            {QStringLiteral("units"), QStringLiteral("Pa")},
-            {QStringLiteral("description"), QStringLiteral("Pressure change over the last hour, newest minus one hour ago")},
-            {QStringLiteral("displayName"), QStringLiteral("Pressure change in 1 h")},
-            {QStringLiteral("shortName"), QStringLiteral("1 h")},
-            {QStringLiteral("displayScale"), scale(-500.0, 500.0)}};
+    const QJsonObject threeHours = change(QStringLiteral("three hours"), QStringLiteral("3 h"), 1000.0);
+    const QJsonObject oneHour = change(QStringLiteral("one hour"), QStringLiteral("1 h"), 500.0);
     const QJsonObject tendency{
             {QStringLiteral("description"), QStringLiteral("Direction of the pressure over the last three hours")},
             {QStringLiteral("displayName"), QStringLiteral("Pressure tendency")},

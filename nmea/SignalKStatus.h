@@ -25,12 +25,15 @@ struct SignalKStatus
 
     Channel channel = TcpServer;
     Phase phase = Off;
+    // Where the datagrams go, as typed; the system's words for a failure.
     QString host;
+    QString errorText;
+    // The server's port, or the datagrams'; the TCP clients now served.
     int port = 0;
     int clients = 0;
     int retryMs = 0;
+    // The port could not be taken because another program holds it.
     bool addressInUse = false;
-    QString errorText;
 };
 
 Q_DECLARE_METATYPE(SignalKStatus)

@@ -19,8 +19,12 @@ class TestSignalKPage : public QObject
     Q_OBJECT
 
 private:
-    static QQuickItem* open(PageHarness& h)
+    // The Connections page, as the settings page opens it; with `language`, the window is
+    // started first.
+    static QQuickItem* open(PageHarness& h, const QString& language = QString())
     {
+        if (!language.isEmpty() && !startMain(h, QSize(800, 600), language))
+            return nullptr;
         PageHarness::evaluate(h.window(), QStringLiteral("loader.setSource(\"qrc:/settingsConnections\")"));
         QQuickItem* page = h.loadedPage();
         return page && page->objectName() == QLatin1String("connectionsPage") ? page : nullptr;
@@ -30,8 +34,7 @@ private slots:
     void controlsStartAtTheirDefaults()
     {
         PageHarness h;
-        QVERIFY(startMain(h));
-        QQuickItem* page = open(h);
+        QQuickItem* page = open(h, QStringLiteral("en"));
         QVERIFY(page);
         QCOMPARE(prop(page, "swSignalkTcp", "checked").toBool(), false);
         QCOMPARE(prop(page, "swSignalkTcp", "text").toString(), QStringLiteral("Signal K over TCP"));
@@ -61,8 +64,7 @@ private slots:
         // nothing can leave.
         BRINHOLT_IN_PRIVATE_NETWORK(QString());
         PageHarness h;
-        QVERIFY(startMain(h));
-        QQuickItem* page = open(h);
+        QQuickItem* page = open(h, QStringLiteral("en"));
         QVERIFY(page);
         set(page, "swSignalkTcp", "checked", true);
         set(page, "signalkTcpPort", "value", 9123);
@@ -104,8 +106,7 @@ private slots:
         h.writeSetting("language", 1);
         h.writeSetting("signalkUdpOn", 1);
         h.writeSetting("signalkUdpHost", QStringLiteral("bateau.local"));
-        QVERIFY(startMain(h, QSize(800, 600), QStringLiteral("fr")));
-        QQuickItem* page = open(h);
+        QQuickItem* page = open(h, QStringLiteral("fr"));
         QVERIFY(page);
         QCOMPARE(prop(page, "swSignalkTcp", "text").toString(), QStringLiteral("Signal K par TCP"));
         QCOMPARE(prop(page, "swSignalkUdp", "text").toString(), QStringLiteral("Signal K par UDP"));
