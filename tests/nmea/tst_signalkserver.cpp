@@ -355,7 +355,16 @@ private slots:
         QCOMPARE(EchoGuard::filter(1012.0, Tcp), Pressure::None);
         QCOMPARE(b.getPressureSource(), QStringLiteral("From serial connection"));
 
+        // From the moment the device goes, no tick may show a pressure again.
+        QStringList shownAfter;
+        QMetaObject::Connection watch = connect(&b.getStatePublisher(), &StatePublisher::published, this, [&] {
+            const auto state = b.getStatePublisher().current();
+            if (!std::isnan(state->rawPressure))
+                shownAfter << QStringLiteral("%1 hPa from %2").arg(state->rawPressure).arg(state->sourceText);
+        });
         device.command(QStringLiteral("vanish"));
+        QTRY_COMPARE_WITH_TIMEOUT(b.getSerialPressure(), Pressure::None, 5000);
+        shownAfter.clear();
         QTRY_COMPARE_WITH_TIMEOUT(b.getStatePublisher().current()->pressureText, QStringLiteral("NONE"), 10000);
         QTRY_VERIFY_WITH_TIMEOUT(server.self(QStringLiteral("environment/outside/pressure/value")).isNull(), 10000);
         // Past the guard and a few ticks: nothing has come back to stand in for the device.
@@ -363,6 +372,8 @@ private slots:
         QVERIFY(!b.hasUsablePressure());
         QCOMPARE(b.getStatePublisher().current()->pressureText, QStringLiteral("NONE"));
         QVERIFY(server.self(QStringLiteral("environment/outside/pressure/value")).isNull());
+        disconnect(watch);
+        QVERIFY2(shownAfter.isEmpty(), qPrintable(shownAfter.join(QLatin1String(", "))));
         StatePublisher::withdraw(&b.getStatePublisher());
 
         const QStringList errors = errorsOf(server.log());
