@@ -75,8 +75,8 @@ ShownState StateAssembler::assemble(const Tick& tick, const ShownState& previous
     if (log) {
         state.trend = log->getTrend();
         if (tick.source >= 0) {
-            state.change3h = orUnknown(log->rawChangeOver(10800));
-            state.change1h = orUnknown(log->rawChangeOver(3600));
+            state.change3h = orUnknown(log->lastChange3h());
+            state.change1h = orUnknown(log->lastChange1h());
         }
         const PressureWarning& warning = *log->getWarning();
         state.warningLevel = warning.getLevel();
