@@ -10,6 +10,7 @@
 #include "nmea/SignalKDelta.h"
 #include "nmea/SignalKLink.h"
 #include "nmea/SignalKUdpSender.h"
+#include "tests/log/BuoyRecord.h"
 #include "tests/support/BackEndFixture.h"
 #include "tests/support/DeltaFormat.h"
 #include "tests/support/NetworkNamespace.h"
@@ -23,7 +24,6 @@
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QMap>
 #include <QtCore/QTemporaryDir>
 #include <QtNetwork/QTcpSocket>
 #include <QtNetwork/QUdpSocket>
@@ -37,35 +37,21 @@ namespace {
 constexpr int TcpPort = 8376;
 constexpr int UdpPort = 8377;
 
-// The buoy's hourly sea-level pressure: observation time to hPa.
-QMap<qint64, double> buoyRecord()
-{
-    QMap<qint64, double> record;
-    QFile file(QStringLiteral(BRINHOLT_SOURCE_DIR "/../shared/data/buoy_44005_2012_H1.txt"));
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return record;
-    while (!file.atEnd()) {
-        const QList<QByteArray> f = file.readLine().simplified().split(' ');
-        if (f.size() < 13 || f.at(0).startsWith('#') || f.at(0) == "YY" || f.at(12).toDouble() > 9000.0)
-            continue;
-        const QDateTime when(QDate(f.at(0).toInt(), f.at(1).toInt(), f.at(2).toInt()),
-                             QTime(f.at(3).toInt(), f.at(4).toInt()), Qt::UTC);
-        record.insert(when.toSecsSinceEpoch(), f.at(12).toDouble());
-    }
-    return record;
-}
-
 // One moment of the replay as the tick would publish it, the warning included.
-ShownState stateAt(const QMap<qint64, double>& record, qint64 t, const PressureWarning& warning)
+ShownState stateAt(const BuoyRecord& record, qint64 t, const PressureWarning& warning)
 {
+    auto change = [&](qint64 ago) {
+        const std::optional<double> then = record.at(t - ago);
+        return then ? *record.at(t) - *then : ShownState::Unknown;
+    };
     ShownState s;
     s.tickTime = t * 1000;
     s.readingTime = s.tickTime;
-    s.rawPressure = record.value(t);
+    s.rawPressure = *record.at(t);
     s.stationPressureHpa = s.rawPressure;
     s.source = Serial;
-    s.change3h = record.contains(t - 10800) ? s.rawPressure - record.value(t - 10800) : ShownState::Unknown;
-    s.change1h = record.contains(t - 3600) ? s.rawPressure - record.value(t - 3600) : ShownState::Unknown;
+    s.change3h = change(10800);
+    s.change1h = change(3600);
     s.trend = -3;
     s.warningLevel = warning.getLevel();
     s.warningAcknowledged = warning.isAcknowledged();
@@ -78,30 +64,33 @@ ShownState stateAt(const QMap<qint64, double>& record, qint64 t, const PressureW
 }
 
 // The storm of 12 January 2012, hour by hour through the warning: the first moment of
-// each level, and of the calm after.
+// each level (the alarm also once acknowledged), and of the calm after.
 QList<ShownState> stormMoments()
 {
-    const QMap<qint64, double> record = buoyRecord();
-    const qint64 from = QDateTime(QDate(2012, 1, 11), QTime(12, 0), Qt::UTC).toSecsSinceEpoch();
-    const qint64 to = QDateTime(QDate(2012, 1, 14), QTime(0, 0), Qt::UTC).toSecsSinceEpoch();
+    BuoyRecord record;
+    if (!record.load(BuoyRecord::firstHalfOf2012()))
+        return {};
     PressureWarning warning;
     QList<ShownState> moments;
     int wanted = 1;
-    for (auto it = record.lowerBound(from); it != record.end() && it.key() < to; ++it) {
-        const qint64 t = it.key();
+    for (qint64 t = record.onGrid(BuoyRecord::utc(1, 11, 12), 3600); t < BuoyRecord::utc(1, 14); t += 3600) {
+        const std::optional<double> now = record.at(t);
+        if (!now)
+            continue;
         auto fall = [&](qint64 ago) {
-            return record.contains(t - ago) ? std::optional<double>(record.value(t - ago) - it.value()) : std::nullopt;
+            const std::optional<double> then = record.at(t - ago);
+            return then ? std::optional<double>(*then - *now) : std::nullopt;
         };
         warning.evaluate(fall(10800), fall(3600), t);
-        if (warning.getLevel() == wanted % 3) {
+        if (warning.getLevel() != wanted % 3)
+            continue;
+        moments << stateAt(record, t, warning);
+        if (wanted == 2) {
+            warning.acknowledge();
             moments << stateAt(record, t, warning);
-            if (wanted == 2) {
-                warning.acknowledge();
-                moments << stateAt(record, t, warning);
-            }
-            if (++wanted > 3)
-                break;
         }
+        if (++wanted > 3)
+            break;
     }
     return moments;
 }
