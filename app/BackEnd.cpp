@@ -2,6 +2,7 @@
 #include "app/BackEnd.h"
 
 #include "app/ConnectionStatusText.h"
+#include "app/SignalKStatusText.h"
 #include "log/DataSource.h"
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaReceiver.h"
@@ -104,7 +105,7 @@ BackEnd::BackEnd(QQmlApplicationEngine* engine)
 
     doubleKeys = doubleSettingKeys();
     stringKeys = {SettingKey::SerialPort, SettingKey::SerialSpeed,
-                  SettingKey::TcpIpAddress};
+                  SettingKey::TcpIpAddress, SettingKey::SignalKUdpHost};
 
     timerData.setInterval(2000);
     timerData.setTimerType(Qt::PreciseTimer);
@@ -161,7 +162,7 @@ BackEnd::BackEnd(SettingsOnly)
     installAsHost(this);
     appPath = QStringLiteral("./");
     doubleKeys = doubleSettingKeys();
-    stringKeys = {SettingKey::SerialPort, SettingKey::SerialSpeed, SettingKey::TcpIpAddress};
+    stringKeys = {SettingKey::SerialPort, SettingKey::SerialSpeed, SettingKey::TcpIpAddress, SettingKey::SignalKUdpHost};
     settings = new QSettings(appPath + QStringLiteral("brinholt.ini"), QSettings::IniFormat, this);
     settingsMirror.load(*settings);
 }
@@ -171,6 +172,7 @@ BackEnd::~BackEnd()
     emit saveWindowSize();
     // No request may still be answered from what goes below.
     watchPage.apply(false, 0, false);
+    signalKOutput.stop();
     // The receiver's thread reads settings through this object: it must be gone before
     // they are, or a last sentence at shutdown would read freed memory.
     if (receiver) {
@@ -697,6 +699,7 @@ void BackEnd::slot_calibrationValues(QString message)
 void BackEnd::startNmea()
 {
     watchPage.apply(*settings);
+    signalKOutput.restart();
     // The old receiver ends by itself once its thread has quit; nobody waits for that.
     if (receiver) {
         receiver->quitThread();
@@ -728,6 +731,8 @@ QString BackEnd::connectionStatus(int which)
 {
     if (which == WatchPage::StatusChannel)
         return watchPage.statusText();
+    if (which == SignalKStatus::TcpServer || which == SignalKStatus::UdpDatagrams)
+        return SignalKStatusText::describe(signalKOutput.status(static_cast<SignalKStatus::Channel>(which)));
     if (which < ConnectionStatus::SerialInput || which > ConnectionStatus::UdpOutput)
         return QString();
     const auto channel = static_cast<ConnectionStatus::Channel>(which);

@@ -10,6 +10,7 @@
 #include "nmea/NmeaSourceType.h"
 #include "nmea/ReadingSink.h"
 #include "nmea/ReceiverHost.h"
+#include "nmea/SignalKOutput.h"
 #include "util/AgeTimer.h"
 #include "util/Pressure.h"
 #include "util/SeqLock.h"
@@ -79,6 +80,7 @@ public:
     NmeaReceiver* getReceiver() const { return receiver; }
     const ConnectionStatusBoard& getConnectionStatusBoard() const { return connectionStatusBoard; }
     WatchPage& getWatchPage() { return watchPage; }
+    SignalKOutput& getSignalKOutput() { return signalKOutput; }
     // The sender of the internal sensor and location paths, or null.
     NmeaSenderUdp* getSenderUdp() const { return senderUdp; }
     // When the application last left the active state, in UTC; null before that.
@@ -158,7 +160,8 @@ public:
     Q_INVOKABLE void resetBarometer();
     Q_INVOKABLE double getSerialPressure();
     // One line on what a connection of the running receiver does now: `which` is 1 serial,
-    // 2 TCP, 3 UDP input (as NmeaSourceType), 4 UDP output; 5 is the watch page.
+    // 2 TCP, 3 UDP input (as NmeaSourceType), 4 UDP output; 5 and 6 the Signal K output
+    // over TCP and UDP; 7 the watch page.
     Q_INVOKABLE QString connectionStatus(int which);
 
     // The dark-mode answer for a window text colour: each of red, blue and green at least 129.
@@ -241,6 +244,8 @@ private:
     StatePublisher statePublisher;
     // Started, stopped and restarted with the connections, by startNmea.
     WatchPage watchPage;
+    // Restarted with the receiver; stopped before anything it reads goes.
+    SignalKOutput signalKOutput;
 };
 
 extern BackEnd* backend;

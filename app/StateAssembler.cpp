@@ -65,6 +65,7 @@ ShownState StateAssembler::assemble(const Tick& tick, const ShownState& previous
         const double elevation = settings.value(SettingKey::Elevation, SettingDefault::Elevation).toDouble();
         const double offset = settings.value(SettingKey::Offset, SettingDefault::OffsetAtTick).toDouble();
         double shown = tick.reading + offset;
+        state.stationPressureHpa = shown;
         if (state.level != 1)
             shown /= Pressure::seaLevelFactor(elevation);
         state.shownPressureHpa = shown;

@@ -21,7 +21,7 @@ class WatchPage : public QObject
 public:
     // What BackEnd::connectionStatus takes for the watch page's line, after the four
     // connections of the receiver.
-    static constexpr int StatusChannel = 5;
+    static constexpr int StatusChannel = 7;
 
     // The log's charts and barograms come from the global `dataSource` when it is there.
     explicit WatchPage(QObject* parent = nullptr);

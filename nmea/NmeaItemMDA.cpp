@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemMDA.h"
 
+#include "nmea/EchoGuard.h"
 #include "nmea/ReadingSink.h"
 
 #include <QtCore/QDebug>
@@ -45,6 +46,6 @@ bool NmeaItemMDA::updateData(const NmeaSourceType& source)
     if (!valid)
         return false;
     if (ReadingSink* sink = ReadingSink::installed())
-        sink->setCurrentPressure(pressure, source);
+        sink->setCurrentPressure(EchoGuard::filter(pressure, source), source);
     return true;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemMMB.h"
 
+#include "nmea/EchoGuard.h"
 #include "nmea/ReadingSink.h"
 
 #include <QtCore/QDebug>
@@ -55,6 +56,6 @@ bool NmeaItemMMB::updateData(const NmeaSourceType& source)
     if (!valid || !hasPressure)
         return false;
     if (ReadingSink* sink = ReadingSink::installed())
-        sink->setCurrentPressure(pressure, source);
+        sink->setCurrentPressure(EchoGuard::filter(pressure, source), source);
     return true;
 }

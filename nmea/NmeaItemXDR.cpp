@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemXDR.h"
 
+#include "nmea/EchoGuard.h"
 #include "nmea/ReadingSink.h"
 #include "util/Pressure.h"
 
@@ -47,6 +48,6 @@ bool NmeaItemXDR::updateData(const NmeaSourceType& source)
     if (!valid)
         return false;
     if (ReadingSink* sink = ReadingSink::installed())
-        sink->setCurrentPressure(pressure, source);
+        sink->setCurrentPressure(EchoGuard::filter(pressure, source), source);
     return true;
 }

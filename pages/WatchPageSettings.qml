@@ -64,7 +64,7 @@ ColumnLayout {
     ConnectionStatusLine {
         id: watchPageStatus
         objectName: "watchPageStatus"
-        channel: 5
+        channel: 7
         tick: watchSettings.statusTick
         Layout.fillWidth: true
         Layout.preferredWidth: 0

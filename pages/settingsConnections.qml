@@ -78,6 +78,7 @@ ScrollView {
         backend.setSetting("SettingUseUdpOut", swUdpOut.checked ? 1 : 0)
         backend.setSetting("sendUdpMda", swUdpMda.checked ? 1 : 0)
         watchPage.save()
+        signalKConnections.saveSettings()
         backend.syncSettings()
     }
 
@@ -352,6 +353,8 @@ ScrollView {
                 Layout.topMargin: -4
                 Layout.bottomMargin: 6
             }
+
+            SignalKConnections { id: signalKConnections; statusTick: settingsRect.statusTick; secondColumnX: udpInputPort.x }
         }
 
         WatchPageSettings { id: watchPage; objectName: "watchPageSettings"; statusTick: settingsRect.statusTick; Layout.fillWidth: true; Layout.leftMargin: grid.x; Layout.rightMargin: 10; Layout.bottomMargin: 10 }

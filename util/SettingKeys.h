@@ -56,6 +56,12 @@ inline const QString WatchPagePosition = QStringLiteral("watchPagePosition");
 // fix, 1 north, 2 south).
 inline const QString ForecastOn = QStringLiteral("forecastOn");
 inline const QString ForecastHemisphere = QStringLiteral("forecastHemisphere");
+// The Signal K output: a TCP server a Signal K server reads, and datagrams sent to one.
+inline const QString SignalKTcpOn = QStringLiteral("signalkTcpOn");
+inline const QString SignalKTcpPort = QStringLiteral("signalkTcpPort");
+inline const QString SignalKUdpOn = QStringLiteral("signalkUdpOn");
+inline const QString SignalKUdpHost = QStringLiteral("signalkUdpHost");
+inline const QString SignalKUdpPort = QStringLiteral("signalkUdpPort");
 
 } // namespace SettingKey
 
@@ -112,5 +118,12 @@ constexpr int WatchPagePosition = 0;
 // Off until asked for: a forecast on the display could surprise.
 constexpr int ForecastOn = 0;
 constexpr int ForecastHemisphere = 0;
+constexpr int SignalKTcpOn = 0;
+// No Signal K server takes this port for itself: its own stream is on 8375, its web
+// interface on 3000 and its NMEA 0183 output on 10110.
+constexpr int SignalKTcpPort = 8376;
+constexpr int SignalKUdpOn = 0;
+inline const QString SignalKUdpHost = QStringLiteral("127.0.0.1");
+constexpr int SignalKUdpPort = 8376;
 
 } // namespace SettingDefault

@@ -30,6 +30,9 @@ struct ShownState
     // hPa and in the user's unit.
     double shownPressureHpa = Unknown;
     double shownPressure = Unknown;
+    // The reading with the offset added and no reduction to sea level, in hPa: the pressure
+    // around the instrument, whatever level is shown.
+    double stationPressureHpa = Unknown;
     // The "unitPre" index and its name as the pages write it ("mb", "hPa", ...).
     int unit = 0;
     QString unitText;

@@ -54,6 +54,7 @@ private slots:
         QTest::newRow("status lines") << "a status line tells, live, what that connection is doing now";
         QTest::newRow("keyboard") << "Every page can be worked from the keyboard";
         QTest::newRow("connections picture") << "Help_files/connections.png";
+        QTest::newRow("Signal K both ways") << "switch on <i>TCP NMEA input</i> with the server's address and port 10110";
     }
 
     void manualTellsWhatThePagesDo()

@@ -555,7 +555,8 @@ private slots:
         QQuickItem* page = h.loadedPage();
         // The groups of the inputs that are off are passed by.
         COMPARE_NAMES(roundFrom(h, "makerLink"), QStringList({"makerLink", "deviceLink", "swPos", "posInternal", "posNmea",
-                                                         "swSerial", "swTcp", "swUdp", "swUdpOut", "swWatchPage"})
+                                                         "swSerial", "swTcp", "swUdp", "swUdpOut", "swSignalkTcp",
+                                                         "swSignalkUdp", "swWatchPage"})
                                                     + Bar);
 
         QQuickItem* tcp = tabTo(h, "swTcp");
