@@ -54,8 +54,7 @@ class ReaderFixture
 public:
     ReaderFixture();
     ~ReaderFixture();
-    ReaderFixture(const ReaderFixture&) = delete;
-    ReaderFixture& operator=(const ReaderFixture&) = delete;
+    Q_DISABLE_COPY(ReaderFixture)
 
     // 14:03:22 UTC on 5 November 2026.
     static constexpr qint64 ExampleTime = 1793887402;
