@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/TranslationHandler.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/TestDataFolder.h"
 
@@ -97,8 +98,7 @@ private slots:
 
     void firstSelectionRemovesNothing_data()
     {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QStringList>("files");
+        Columns::add<QString, QStringList>("language", "files");
         QTest::newRow("French") << "fr" << QStringList{"Brinholt_fr_FR.qm", "qt_fr.qm", "qtbase_fr.qm"};
         QTest::newRow("English") << "en" << QStringList{"Brinholt_en_US.qm"};
     }

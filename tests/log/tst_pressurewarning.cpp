@@ -4,6 +4,7 @@
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
 #include "log/PressureWarning.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QFile>
@@ -142,10 +143,7 @@ private:
 private slots:
     void judgeFollowsTheBoundsAndTheHysteresis_data()
     {
-        QTest::addColumn<int>("current");
-        QTest::addColumn<Fall>("fall3h");
-        QTest::addColumn<Fall>("fall1h");
-        QTest::addColumn<int>("expected");
+        Columns::add<int, Fall, Fall, int>("current", "fall3h", "fall1h", "expected");
 
         const Fall none;
         QTest::newRow("no fall known keeps none") << 0 << none << none << 0;
@@ -218,8 +216,7 @@ private slots:
 
     void rowsOutsideThirtySecondsGiveNoVerdict_data()
     {
-        QTest::addColumn<qint64>("age");
-        QTest::addColumn<int>("expected");
+        Columns::add<qint64, int>("age", "expected");
         // BARO3H keeps exactly three hours, so an older row is gone before it is looked for.
         QTest::newRow("aged 10800 s is accepted") << qint64(10800) << int(PressureWarning::Alarm);
         QTest::newRow("aged 10770 s is accepted") << qint64(10770) << int(PressureWarning::Alarm);
@@ -321,9 +318,7 @@ private slots:
 
     void stormsOfTheBuoyRecordWarnAndCalmWeeksDoNot_data()
     {
-        QTest::addColumn<qint64>("from");
-        QTest::addColumn<qint64>("to");
-        QTest::addColumn<int>("expected");
+        Columns::add<qint64, qint64, int>("from", "to", "expected");
         QTest::newRow("storm of 12 January") << utc(1, 12) << utc(1, 13) << 2;
         QTest::newRow("storm of 27 January") << utc(1, 27) << utc(1, 28) << 2;
         QTest::newRow("storm of 24-25 February") << utc(2, 24) << utc(2, 26) << 2;

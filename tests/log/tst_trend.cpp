@@ -3,6 +3,7 @@
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
+#include "tests/support/Columns.h"
 
 #include <QtTest/QtTest>
 
@@ -49,8 +50,7 @@ private slots:
 
     void rowAgeDecidesWhetherThereIsAClass_data()
     {
-        QTest::addColumn<qint64>("age");
-        QTest::addColumn<int>("expected");
+        Columns::add<qint64, int>("age", "expected");
         QTest::newRow("a row aged exactly 3630 s is accepted") << qint64(3630) << 4;
         QTest::newRow("a row aged 3631 s gives no class") << qint64(3631) << -10;
         QTest::newRow("a row aged exactly 3570 s is accepted") << qint64(3570) << 4;
@@ -70,9 +70,7 @@ private slots:
 
     void classBySizeOfChange_data()
     {
-        QTest::addColumn<double>("hourAgo");
-        QTest::addColumn<double>("current");
-        QTest::addColumn<int>("expected");
+        Columns::add<double, double, int>("hourAgo", "current", "expected");
         QTest::newRow("change of exactly 0.0 is steady, not falling") << 1012.0 << 1012.0 << 1;
         QTest::newRow("change of -0.5 after scaling is steady, falling") << 1000.0 << 1000.0 - 0.5 / 3.0 << -1;
         QTest::newRow("1013.0 against 1012.0 changes 3.0 and rises very fast") << 1012.0 << 1013.0 << 4;
@@ -117,9 +115,7 @@ private slots:
 
     void tendencyText_data()
     {
-        QTest::addColumn<double>("threeHoursAgo");
-        QTest::addColumn<double>("current");
-        QTest::addColumn<QString>("expected");
+        Columns::add<double, double, QString>("threeHoursAgo", "current", "expected");
         QTest::newRow("a fall of 1.34 hPa shows -1.3")
                 << 1011.34 << 1010.0 << QStringLiteral("<div align='left'>-1.3 mb / 3h</div>");
         QTest::newRow("a rise has no plus sign")
@@ -143,8 +139,7 @@ private slots:
 
     void tendencyNeedsARowThreeHoursOld_data()
     {
-        QTest::addColumn<qint64>("age");
-        QTest::addColumn<bool>("shown");
+        Columns::add<qint64, bool>("age", "shown");
         QTest::newRow("aged 10830 s") << qint64(10830) << true;
         QTest::newRow("aged 10831 s") << qint64(10831) << false;
         QTest::newRow("aged 10770 s") << qint64(10770) << true;

@@ -5,6 +5,7 @@
 
 #include "DeviceSim.h"
 #include "nmea/Nmea0183.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/NmeaTestKit.h"
 #include "tests/support/PseudoTerminal.h"
@@ -41,11 +42,7 @@ private:
 
 void TestDeviceCalibration::reply_data()
 {
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<double>("offset");
-    QTest::addColumn<double>("slope");
-    QTest::addColumn<double>("slopeRef");
-    QTest::addColumn<double>("pressure");
+    Columns::add<QString, double, double, double, double>("message", "offset", "slope", "slopeRef", "pressure");
 
     QTest::newRow("device example stops the timer") << "$PWEGB,CAL,1.25,10,1013.40,1012.15*3D" << 1.25 << 10.0 << 1013.4 << 1012.15;
     QTest::newRow("slope 102.5 passes as 103") << "$PWEGB,CAL,0.00,102.5,1013.25,1000.00*00" << 0.0 << 103.0

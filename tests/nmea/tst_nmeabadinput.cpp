@@ -4,6 +4,7 @@
 #include "nmea/NmeaSourceSerial.h"
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
+#include "tests/support/Columns.h"
 
 #include "SourceFixture.h"
 #include "tests/support/MessageLog.h"
@@ -143,10 +144,8 @@ private slots:
 
 void TestNmeaBadInput::badInput_data()
 {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QByteArray>("rubbish");
-    // Whether nothing in the rubbish may change the pressure.
-    QTest::addColumn<bool>("untouched");
+    // "untouched": whether nothing in the rubbish may change the pressure.
+    Columns::add<QString, QByteArray, bool>("kind", "rubbish", "untouched");
 
     QByteArray longSentence = "$WIXDR";
     while (longSentence.size() < 10000)
@@ -215,9 +214,7 @@ void TestNmeaBadInput::badInput()
 
 void TestNmeaBadInput::fieldsThatDoNotConvert_data()
 {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<double>("pressure");
+    Columns::add<QString, QByteArray, double>("kind", "sentence", "pressure");
 
     for (const QString& kind : {QStringLiteral("udp"), QStringLiteral("tcp"), QStringLiteral("serial")}) {
         const QByteArray k = kind.toLatin1();

@@ -2,6 +2,7 @@
 #include "nmea/NmeaItemMMB.h"
 
 #include "ItemFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 
 #include <QtTest/QtTest>
@@ -20,8 +21,7 @@ private slots:
 
 void TestNmeaItemMMB::decode_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<double>("pressure");
+    Columns::add<QByteArray, double>("sentence", "pressure");
 
     QTest::newRow("bars in field 3") << QByteArray("$WIMMB,29.92,I,1.0132,B*66") << 1013.2;
     QTest::newRow("inches in field 1 with its own factor") << QByteArray("$WIMMB,29.92,I,,B")
@@ -58,8 +58,7 @@ void TestNmeaItemMMB::bothFieldsEmptyClearsHasPressure()
 
 void TestNmeaItemMMB::wrongSizeWarns_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<int>("count");
+    Columns::add<QByteArray, int>("sentence", "count");
     QTest::newRow("a sixth field") << QByteArray("$WIMMB,29.92,I,1.0132,B,X") << 6;
     QTest::newRow("four fields") << QByteArray("$WIMMB,29.92,I,1.0132") << 4;
 }

@@ -2,6 +2,7 @@
 #include "nmea/NmeaItemXDR.h"
 
 #include "ItemFixture.h"
+#include "tests/support/Columns.h"
 
 #include <QtTest/QtTest>
 
@@ -18,8 +19,7 @@ private slots:
 
 void TestNmeaItemXDR::decode_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<double>("pressure");
+    Columns::add<QByteArray, double>("sentence", "pressure");
 
     QTest::newRow("bars") << QByteArray("$WIXDR,P,1.0132,B,Barometer*08") << 1013.2;
     QTest::newRow("pascals above 10000") << QByteArray("$WIXDR,P,101320,P,Baro") << 1013.2;

@@ -6,6 +6,7 @@
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
 #include "nmea/ReceiverHost.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/NmeaTestKit.h"
 #include "tests/support/PseudoTerminal.h"
@@ -58,9 +59,7 @@ void TestNmeaReceiver::allOffMakesNoThread()
 
 void TestNmeaReceiver::wantedReceiver_data()
 {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<bool>("wanted");
+    Columns::add<QString, QVariant, bool>("key", "value", "wanted");
 
     QTest::newRow("a port name wants one") << "SettingSerialPort" << QVariant("ttyUSB0") << true;
     QTest::newRow("TCP on wants one") << "SettingUseTcp" << QVariant(1) << true;
@@ -316,9 +315,7 @@ void TestNmeaReceiver::quitThreadStopsSourcesAndEndsTheThread()
 
 void TestNmeaReceiver::checkMessageNeedsTypeAndChecksum_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<bool>("accepted");
-    QTest::addColumn<int>("type");
+    Columns::add<QByteArray, bool, int>("sentence", "accepted", "type");
 
     QTest::newRow("implemented with a good sum") << QByteArray("$WIXDR,P,1.0132,B,Barometer*08") << true << int(Xdr);
     QTest::newRow("implemented without a sum") << QByteArray("$WIMMB,29.92,I,1.0132,B") << true << int(Mmb);

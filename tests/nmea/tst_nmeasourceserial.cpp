@@ -2,6 +2,7 @@
 #include "nmea/NmeaSourceSerial.h"
 
 #include "SourceFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/PseudoTerminal.h"
 
@@ -172,9 +173,7 @@ void TestNmeaSourceSerial::okWithoutLineEndWaitsInTheBuffer()
 
 void TestNmeaSourceSerial::replies_data()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("values");
+    Columns::add<QByteArray, int, QString>("line", "status", "values");
 
     QTest::newRow("OK is success") << QByteArray("$PWEGB,OK*6F") << 1 << QString();
     QTest::newRow("OK with a wrong checksum is still taken") << QByteArray("$PWEGB,OK*00") << 1 << QString();
@@ -254,11 +253,7 @@ void TestNmeaSourceSerial::unknownSentenceIsRejectedEachTime()
 
 void TestNmeaSourceSerial::indexMappings_data()
 {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<int>("flow");
-    QTest::addColumn<int>("parity");
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<int>("stop");
+    Columns::add<int, int, int, int, int>("index", "flow", "parity", "bits", "stop");
 
     QTest::newRow("index 0 is 8N1 without flow control")
             << 0 << int(QSerialPort::NoFlowControl) << int(QSerialPort::NoParity) << int(QSerialPort::Data8)

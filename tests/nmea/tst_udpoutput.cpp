@@ -4,6 +4,7 @@
 #include "nmea/NmeaItemRMC.h"
 #include "nmea/NmeaSenderUdp.h"
 #include "tests/support/BackEndFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/DatagramListener.h"
 #include "tests/support/FakePressureSensor.h"
 #include "tests/support/NetworkNamespace.h"
@@ -192,8 +193,7 @@ private slots:
 
     void pressureOnlyAboveZero_data()
     {
-        QTest::addColumn<double>("reading");
-        QTest::addColumn<bool>("sent");
+        Columns::add<double, bool>("reading", "sent");
         QTest::newRow("no reading sends nothing") << -2000.0 << false;
         QTest::newRow("a live 500 hPa is sent") << 500.0 << true;
     }

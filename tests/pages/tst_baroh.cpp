@@ -2,6 +2,7 @@
 #include "PageDriver.h"
 #include "PageHarness.h"
 
+#include "tests/support/Columns.h"
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
 #include "log/DataSource.h"
@@ -197,12 +198,7 @@ private slots:
 
     void sampleFillsTheTexts_data()
     {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<bool>("fix");
-        QTest::addColumn<double>("cog");
-        QTest::addColumn<double>("sog");
-        QTest::addColumn<QString>("layout");
+        Columns::add<int, int, bool, double, double, QString>("width", "height", "fix", "cog", "sog", "layout");
         QTest::newRow("no position hides the line") << 800 << 600 << false << 0.0 << 0.0 << "hidden";
         QTest::newRow("at rest shows the position alone") << 800 << 600 << true << 0.0 << 0.0 << "alone";
         QTest::newRow("under way in a wide window: one line") << 800 << 600 << true << 45.0 << 6.0 << "blank";
@@ -267,9 +263,7 @@ private slots:
 
     void pressureTakesItsShareOfTheWidth_data()
     {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<double>("share");
+        Columns::add<int, int, double>("width", "height", "share");
         QTest::newRow("wide page: 0.3") << 800 << 600 << 0.3;
         QTest::newRow("tall page: 0.6") << 500 << 700 << 0.6;
     }
@@ -335,8 +329,7 @@ private slots:
 
     void trendArrow_data()
     {
-        QTest::addColumn<double>("hourAgo");
-        QTest::addColumn<QString>("image");
+        Columns::add<double, QString>("hourAgo", "image");
         // The reading is 1012.0; the change is scaled to three hours.
         QTest::newRow("no row an hour ago: none") << -1.0 << trendImage("None");
         QTest::newRow("no change: steady") << 1012.0 << trendImage("Steady");
@@ -418,12 +411,8 @@ private slots:
 
     void rangeButtons_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<int>("chartNb");
-        QTest::addColumn<double>("min");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<int>("ticks");
-        QTest::addColumn<int>("minorTicks");
+        Columns::add<QString, int, double, QString, int, int>(
+                "button", "chartNb", "min", "format", "ticks", "minorTicks");
         QTest::newRow("30m") << "button30m" << 0 << -30.0 << "%dm" << 7 << 0;
         QTest::newRow("3h") << "button3h" << 1 << -3.0 << "%dh" << 4 << 1;
         QTest::newRow("6h") << "button6h" << 2 << -6.0 << "%dh" << 7 << 0;
@@ -847,10 +836,7 @@ private slots:
 
     void barogramButtonStandsInTheBand_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<bool>("beside");
+        Columns::add<int, QString, QSize, bool>("theme", "language", "size", "beside");
         const QSize wide(800, 600);
         const QSize narrow(420, 700);
         QTest::newRow("light, wide: beside the range buttons") << 0 << "en" << wide << true;

@@ -2,6 +2,7 @@
 #include "PageDriver.h"
 #include "PageHarness.h"
 #include "PageInput.h"
+#include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
 #include "tools/DeviceSimulator.h"
@@ -376,8 +377,7 @@ private slots:
 
     void capitalUnitPreKeyGivesThreeDecimals_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<int>("decimals");
+        Columns::add<QString, int>("key", "decimals");
         QTest::newRow("the usual key does nothing here") << "unitPre" << 2;
         QTest::newRow("the capital key by hand") << "UnitPre" << 3;
     }

@@ -2,6 +2,7 @@
 #include "PageDriver.h"
 #include "PageHarness.h"
 #include "PageInput.h"
+#include "tests/support/Columns.h"
 #include "tests/support/NetworkNamespace.h"
 #include "tests/support/PseudoTerminal.h"
 
@@ -337,10 +338,7 @@ private slots:
 
     void portListRules_data()
     {
-        QTest::addColumn<QVariant>("storedPort");
-        QTest::addColumn<QStringList>("ports");
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("saved");
+        Columns::add<QVariant, QStringList, int, QString>("storedPort", "ports", "index", "saved");
         const QStringList two = {QStringLiteral("ttyFAKE0 First"), QStringLiteral("ttyFAKE1 Second")};
         QTest::newRow("no ports on the machine") << QVariant(QStringLiteral("ttyFAKE1 Second")) << QStringList() << -1
                                                  << "None";
@@ -376,9 +374,7 @@ private slots:
     // A device the system does not list, but which is there, stays as it was stored.
     void unlistedDeviceIsKept_data()
     {
-        QTest::addColumn<QString>("what");
-        QTest::addColumn<QString>("description");
-        QTest::addColumn<QStringList>("ports");
+        Columns::add<QString, QString, QStringList>("what", "description", "ports");
         const QStringList two = {QStringLiteral("ttyFAKE0 First"), QStringLiteral("ttyFAKE1 Second")};
         QTest::newRow("a pseudo-terminal, no port listed") << "pty" << "" << QStringList();
         QTest::newRow("a pseudo-terminal after two listed ports") << "pty" << "" << two;
@@ -417,10 +413,7 @@ private slots:
     // Not a device, or not there: the stored text falls back as a vanished port does.
     void storedPathThatIsNoDeviceFallsBack_data()
     {
-        QTest::addColumn<QString>("what");
-        QTest::addColumn<QStringList>("ports");
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("saved");
+        Columns::add<QString, QStringList, int, QString>("what", "ports", "index", "saved");
         const QStringList two = {QStringLiteral("ttyFAKE0 First"), QStringLiteral("ttyFAKE1 Second")};
         QTest::newRow("a regular file, ports listed") << "file" << two << 0 << "ttyFAKE0 First";
         QTest::newRow("a regular file, no port listed") << "file" << QStringList() << -1 << "None";
@@ -456,8 +449,7 @@ private slots:
     // A path typed beside the list is stored as typed, present or not yet.
     void typedPathIsStored_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("saved");
+        Columns::add<QString, QString>("typed", "saved");
         QTest::newRow("a pseudo-terminal") << "pty" << "pty";
         QTest::newRow("a path that is not there yet") << "/tmp/brinholt-no-such-skerry"
                                                       << "/tmp/brinholt-no-such-skerry";

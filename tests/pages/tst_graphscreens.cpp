@@ -3,6 +3,7 @@
 #include "tests/support/AppProcess.h"
 #include "tests/support/TestDataFolder.h"
 
+#include "tests/support/Columns.h"
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QSettings>
@@ -92,11 +93,7 @@ private slots:
     // A size of zero is the first start: no stored geometry, 70% of the screen, centred.
     void graphPage_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<int>("language");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QColor>("background");
+        Columns::add<int, int, QSize, QString, QColor>("theme", "language", "size", "file", "background");
         const QSize wide(WindowWidth, WindowHeight);
         const QSize narrow(420, 700);
         QTest::newRow("light") << 0 << 0 << wide << "graph-light.png" << QColor("#FAFAFA");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QColor>
@@ -71,9 +72,7 @@ private slots:
 
     void frame_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QColor>("colour");
-        QTest::addColumn<QString>("control");
+        Columns::add<int, QColor, QString>("theme", "colour", "control");
         // The icon of the bar, whose button has no background, and the list of tables.
         for (const char* control : {"dataButton", "fileList"}) {
             QTest::addRow("%s light", control) << 0 << QColor("#1565C0") << control;

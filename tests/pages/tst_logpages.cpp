@@ -2,6 +2,7 @@
 #include "PageDriver.h"
 #include "PageHarness.h"
 
+#include "tests/support/Columns.h"
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
 
@@ -398,10 +399,7 @@ private slots:
 
     void exportThroughTheFileDialog_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("filter");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("gpx");
+        Columns::add<QString, QString, QString, bool>("button", "filter", "name", "gpx");
         QTest::newRow("CSV") << "csvButton" << "CSV files (*.csv)" << "log.csv" << false;
         QTest::newRow("GPX") << "gpxButton" << "GPS files (*.gpx)" << "track.gpx" << true;
         // The name decides, not the button.
@@ -491,8 +489,7 @@ private slots:
 
     void theShortNameFollowsTheTheme_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QColor>("colour");
+        Columns::add<int, QColor>("theme", "colour");
         QTest::newRow("light") << 0 << QColor("blue");
         QTest::newRow("dark") << 1 << QColor("yellow");
     }

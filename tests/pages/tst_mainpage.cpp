@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "tests/support/Columns.h"
 #include "tests/support/HostTheme.h"
 #include "tests/support/ScreenSize.h"
 
@@ -83,9 +84,7 @@ private slots:
 
     void themeRules_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QColor>("hostText");
-        QTest::addColumn<bool>("dark");
+        Columns::add<int, QColor, bool>("theme", "hostText", "dark");
         QTest::newRow("light whatever the host") << 0 << QColor(Qt::white) << false;
         QTest::newRow("dark whatever the host") << 1 << QColor(Qt::black) << true;
         QTest::newRow("device, host dark") << 2 << QColor(230, 230, 230) << true;
@@ -172,8 +171,7 @@ private slots:
 
     void theBarLoadsThePages_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("source");
+        Columns::add<QString, QString>("button", "source");
         QTest::newRow("graph") << "baroButton" << "qrc:/BaroSwipe";
         QTest::newRow("log") << "dataButton" << "qrc:/FilesSwipe";
         QTest::newRow("settings") << "settingsButton" << "qrc:/settings";

@@ -3,6 +3,7 @@
 #include "PageHarness.h"
 #include "Pixels.h"
 
+#include "tests/support/Columns.h"
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
 #include "nmea/NmeaSourceType.h"
@@ -133,10 +134,7 @@ private slots:
 
     void pages_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QString>("suffix");
-        QTest::addColumn<QColor>("background");
-        QTest::addColumn<QColor>("accent");
+        Columns::add<int, QString, QColor, QColor>("theme", "suffix", "background", "accent");
         QTest::newRow("light") << 0 << "light" << QColor("#FAFAFA") << QColor("blue");
         QTest::newRow("dark") << 1 << "dark" << QColor("#303030") << QColor("yellow");
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
@@ -229,8 +230,7 @@ private slots:
 
     void everyPageLoadsCleanly_data()
     {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<int>("theme");
+        Columns::add<QString, int>("language", "theme");
         QTest::newRow("English, light") << "en" << 0;
         QTest::newRow("English, dark") << "en" << 1;
         QTest::newRow("French, light") << "fr" << 0;

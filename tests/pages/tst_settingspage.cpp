@@ -2,6 +2,7 @@
 #include "PageDriver.h"
 #include "PageHarness.h"
 #include "PageInput.h"
+#include "tests/support/Columns.h"
 #include "tests/support/HostTheme.h"
 
 #include "app/BackEnd.h"
@@ -219,12 +220,8 @@ private slots:
 
     void storedValuesOutsideTheLimitsAreClamped_data()
     {
-        QTest::addColumn<int>("unitEle");
-        QTest::addColumn<double>("metres");
-        QTest::addColumn<int>("unitPre");
-        QTest::addColumn<double>("offsetHpa");
-        QTest::addColumn<int>("elevationValue");
-        QTest::addColumn<int>("offsetValue");
+        Columns::add<int, double, int, double, int, int>(
+                "unitEle", "metres", "unitPre", "offsetHpa", "elevationValue", "offsetValue");
         // 1000.0 m is the top in metres; in feet the top is 10000 ft, about 3048 m.
         QTest::newRow("metres above 1000.0") << 0 << 2000.0 << 0 << 0.0 << 10000 << 0;
         QTest::newRow("1000.0 m fits") << 0 << 1000.0 << 0 << 0.0 << 10000 << 0;
@@ -472,8 +469,7 @@ private slots:
 
     void calibrationButtonNeedsASerialPort_data()
     {
-        QTest::addColumn<QVariant>("port");
-        QTest::addColumn<bool>("enabled");
+        Columns::add<QVariant, bool>("port", "enabled");
         QTest::newRow("no key") << QVariant() << false;
         QTest::newRow("None") << QVariant(QStringLiteral("None")) << false;
         QTest::newRow("a port") << QVariant(QStringLiteral("ttyUSB0 Skerry")) << true;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
 
@@ -72,9 +73,7 @@ private slots:
 
     void page_data()
     {
-        QTest::addColumn<QString>("page");
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QString>("language");
+        Columns::add<QString, int, QString>("page", "theme", "language");
         for (const char* page : {"settings", "settingsConnections", "quillmereCalibration"}) {
             QTest::addRow("%s light", page) << page << 0 << "en";
             QTest::addRow("%s dark", page) << page << 1 << "en";
