@@ -47,6 +47,17 @@ struct LogRow
     double ofs = 0.0;
 };
 
+// A row at `time` with its pressure, elevation and offset; the position columns stay zero.
+inline LogRow rowAt(qint64 time, double pre, double ele = 0.0, double ofs = 0.0)
+{
+    LogRow row;
+    row.time = time;
+    row.pre = pre;
+    row.ele = ele;
+    row.ofs = ofs;
+    return row;
+}
+
 // The log fixture with what the readers' tests need beside it: the clock fixed, rows put
 // straight into the tables, and the "file" scheme caught so that no viewer starts.
 class ReaderFixture

@@ -47,16 +47,6 @@ static ChartResult drawChart(ReaderFixture& fx, int chartNb)
     return result;
 }
 
-static LogRow rowAt(qint64 time, double pre, double ele = 0.0, double ofs = 0.0)
-{
-    LogRow row;
-    row.time = time;
-    row.pre = pre;
-    row.ele = ele;
-    row.ofs = ofs;
-    return row;
-}
-
 // The rule for a row's shown pressure at sea level.
 static double atSeaLevel(double station, double ele)
 {

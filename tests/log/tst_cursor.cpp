@@ -9,16 +9,6 @@
 
 #include <cmath>
 
-static LogRow rowAt(qint64 time, double pre, double ele = 0.0, double ofs = 0.0)
-{
-    LogRow row;
-    row.time = time;
-    row.pre = pre;
-    row.ele = ele;
-    row.ofs = ofs;
-    return row;
-}
-
 static const QString SevenBlanks = QStringLiteral("&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;");
 
 // getValueAt and calcInfo: from a point under the mouse to a value and a title.

@@ -92,7 +92,8 @@ public:
     bool isEmpty() const override { return false; }
 };
 
-LogRow rowAt(qint64 time, double lon, double lat, double ele = 10.0)
+// The example row, moved in time and place.
+LogRow exampleAt(qint64 time, double lon, double lat, double ele = 10.0)
 {
     LogRow row = ReaderFixture::exampleRow();
     row.time = time;
@@ -349,7 +350,7 @@ private slots:
     {
         ReaderFixture fx;
         exampleSettings(fx);
-        fx.insert(1, rowAt(Now, 151.2153, -33.8568));
+        fx.insert(1, exampleAt(Now, 151.2153, -33.8568));
         const QString target = fx.path(QStringLiteral("south.csv"));
         fx.log().exportCsv(1, target);
         QVERIFY2(lines(target).value(1).startsWith(QStringLiteral("14:03:22 (UTC) 05 Nov 2026,-33.85680,151.21530,")),
@@ -376,10 +377,10 @@ private slots:
     {
         ReaderFixture fx;
         exampleSettings(fx);
-        LogRow older = rowAt(Now - 6, 0.0, 0.0, 0.0);
+        LogRow older = exampleAt(Now - 6, 0.0, 0.0, 0.0);
         older.cog = 245.5;
         older.sog = 0.04;
-        LogRow newer = rowAt(Now, 2.5, 1.25, 0.0);
+        LogRow newer = exampleAt(Now, 2.5, 1.25, 0.0);
         newer.cog = 6.6;
         fx.insert(1, {older, newer});
         const QString target = fx.path(QStringLiteral("rows.csv"));
@@ -478,7 +479,7 @@ private slots:
     void gpxOfRowsWithoutAFixHasNoTrackPointsAndIsOpened()
     {
         ReaderFixture fx;
-        fx.insert(1, {rowAt(Now, 0.0, 0.0), rowAt(Now - 6, 0.0, 0.0)});
+        fx.insert(1, {exampleAt(Now, 0.0, 0.0), exampleAt(Now - 6, 0.0, 0.0)});
         const QString target = fx.path(QStringLiteral("nofix.gpx"));
         fx.log().exportGpx(1, target);
         QCOMPARE(lines(target), (QStringList{GpxRoot, QStringLiteral("<trk>"), QStringLiteral("<name>BARO3H</name>"),
@@ -490,9 +491,9 @@ private slots:
     void gpxSkipsRowsOnTheEquatorOrThePrimeMeridian()
     {
         ReaderFixture fx;
-        fx.insert(1, {rowAt(Now, 0.0, 47.5), rowAt(Now - 6, -122.5, 0.0), rowAt(Now - 12, 1e-12, 47.5),
-                      rowAt(Now - 18, -122.5, -1e-12), rowAt(Now - 24, 2e-12, -2e-12),
-                      rowAt(Now - 30, -122.5, 47.5)});
+        fx.insert(1, {exampleAt(Now, 0.0, 47.5), exampleAt(Now - 6, -122.5, 0.0), exampleAt(Now - 12, 1e-12, 47.5),
+                      exampleAt(Now - 18, -122.5, -1e-12), exampleAt(Now - 24, 2e-12, -2e-12),
+                      exampleAt(Now - 30, -122.5, 47.5)});
         const QString target = fx.path(QStringLiteral("skips.gpx"));
         fx.log().exportGpx(1, target);
         const QStringList text = lines(target);
@@ -574,7 +575,7 @@ private slots:
             fx.fillTable(1, rows, Now);
         } else {
             for (int i = 0; i < rows; ++i)
-                fx.insert(1, rowAt(Now - 6 * i, 0.0, 0.0));
+                fx.insert(1, exampleAt(Now - 6 * i, 0.0, 0.0));
         }
         const QString target = fx.path(QStringLiteral("check.gpx"));
         fx.log().exportGpx(1, target);
