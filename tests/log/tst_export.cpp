@@ -3,6 +3,7 @@
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -113,6 +114,19 @@ void exampleSettings(ReaderFixture& fx)
     fx.setSetting(QStringLiteral("timeFormat"), 0);
 }
 
+// Puts the example row in BARO3H and exports that table to `name` in the data folder, as
+// CSV or as GPX; the file's path.
+QString exportExample(ReaderFixture& fx, const QString& name, bool gpx = false)
+{
+    fx.insert(1, ReaderFixture::exampleRow());
+    const QString target = fx.path(name);
+    if (gpx)
+        fx.log().exportGpx(1, target);
+    else
+        fx.log().exportCsv(1, target);
+    return target;
+}
+
 } // namespace
 
 // The export entry, the CSV writer and the GPX writer.
@@ -180,8 +194,7 @@ private slots:
 
     void nameDecidesTheFormat_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("gpx");
+        Columns::add<QString, bool>("name", "gpx");
         QTest::newRow("lower-case .gpx gives GPX") << QStringLiteral("a.gpx") << true;
         QTest::newRow("upper-case .GPX gives CSV") << QStringLiteral("a.GPX") << false;
         QTest::newRow("no extension gives CSV") << QStringLiteral("a") << false;
@@ -203,14 +216,22 @@ private slots:
 
     // ---- CSV --------------------------------------------------------------------------
 
+    void csvExampleInEnglish_data()
+    {
+        QTest::addColumn<int>("language");
+        QTest::newRow("language 0") << 0;
+        // Only 1 is French: any other stored value, a stale or hand-edited one included,
+        // gives the comma-separated file with decimal points.
+        QTest::newRow("language 7 is the English form") << 7;
+    }
+
     void csvExampleInEnglish()
     {
+        QFETCH(int, language);
         ReaderFixture fx;
         exampleSettings(fx);
-        fx.setSetting(QStringLiteral("language"), 0);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("example.csv"));
-        fx.log().exportCsv(1, target);
+        fx.setSetting(QStringLiteral("language"), language);
+        const QString target = exportExample(fx, QStringLiteral("example.csv"));
         QCOMPARE(readAll(target), (EnglishHeader + QLatin1Char('\n') + ExampleLine + QLatin1Char('\n')).toLatin1());
     }
 
@@ -220,9 +241,7 @@ private slots:
         exampleSettings(fx);
         fx.setSetting(QStringLiteral("language"), 1);
         QLocale::setDefault(QLocale(QStringLiteral("fr_FR")));
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("exemple.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("exemple.csv"));
         // No catalogue is loaded: the header stays in its source text, with its ";".
         QCOMPARE(lines(target),
                  (QStringList{QStringLiteral("Date (UTC);Latitude;Longitude;Station pressure (mb);"
@@ -231,27 +250,12 @@ private slots:
                                              "10,00;245;6,4")}));
     }
 
-    void csvWithLanguageSevenIsTheEnglishForm()
-    {
-        // Only 1 is French: any other stored value, a stale or hand-edited one included,
-        // gives the comma-separated file with decimal points.
-        ReaderFixture fx;
-        exampleSettings(fx);
-        fx.setSetting(QStringLiteral("language"), 7);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("example.csv"));
-        fx.log().exportCsv(1, target);
-        QCOMPARE(readAll(target), (EnglishHeader + QLatin1Char('\n') + ExampleLine + QLatin1Char('\n')).toLatin1());
-    }
-
     void csvExampleMonthFirst()
     {
         ReaderFixture fx;
         exampleSettings(fx);
         fx.setSetting(QStringLiteral("formatMMDD"), 1);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("example.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("example.csv"));
         QCOMPARE(lines(target).value(1),
                  QStringLiteral("14:03:22 (UTC) Nov 05  2026,47.60620,-122.33210,1012.8,1014.0,0.5,10.00,245,6.4"));
     }
@@ -270,9 +274,7 @@ private slots:
     {
         ReaderFixture fx;
         QVERIFY(!fx.backend().getSettings()->contains(QStringLiteral("timeZone")));
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("zone.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("zone.csv"));
         QCOMPARE(lines(target).value(0), EnglishHeader);
         QVERIFY2(lines(target).value(1).startsWith(QStringLiteral("06:03:22 (UTC-08:00) 05 Nov 2026,")),
                  qPrintable(lines(target).value(1)));
@@ -293,9 +295,7 @@ private slots:
         ReaderFixture fx;
         exampleSettings(fx);
         fx.setSetting(QStringLiteral("unitPre"), 7);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("unit.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("unit.csv"));
         QCOMPARE(lines(target),
                  (QStringList{QStringLiteral("Date (UTC),Latitude,Longitude,Station pressure (),Sea Level Pressure (),"
                                              "Offset (),Elevation (m),COG(T),SOG(kts)"),
@@ -304,9 +304,7 @@ private slots:
 
     void csvPressureUnitWords_data()
     {
-        QTest::addColumn<int>("unitPre");
-        QTest::addColumn<QString>("word");
-        QTest::addColumn<QString>("pressures");
+        Columns::add<int, QString, QString>("unitPre", "word", "pressures");
         QTest::newRow("hPa") << 1 << QStringLiteral("hPa") << QStringLiteral("1012.8,1014.0,0.5");
         QTest::newRow("kPa") << 2 << QStringLiteral("kPa") << QStringLiteral("101.3,101.4,0.1");
         QTest::newRow("inHg") << 3 << QStringLiteral("inHg") << QStringLiteral("29.91,29.94,0.01");
@@ -321,9 +319,7 @@ private slots:
         ReaderFixture fx;
         exampleSettings(fx);
         fx.setSetting(QStringLiteral("unitPre"), unitPre);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("unit.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("unit.csv"));
         QCOMPARE(lines(target).value(0),
                  QStringLiteral("Date (UTC),Latitude,Longitude,Station pressure (%1),Sea Level Pressure (%1),"
                                 "Offset (%1),Elevation (m),COG(T),SOG(kts)")
@@ -337,9 +333,7 @@ private slots:
         ReaderFixture fx;
         exampleSettings(fx);
         fx.setSetting(QStringLiteral("unitEle"), 1);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("feet.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("feet.csv"));
         QCOMPARE(lines(target),
                  (QStringList{QStringLiteral("Date (UTC),Latitude,Longitude,Station pressure (mb),Sea Level Pressure (mb),"
                                              "Offset (mb),Elevation (ft),COG(T),SOG(kts)"),
@@ -418,15 +412,28 @@ private slots:
         QCOMPARE(readAll(target), (EnglishHeader + QLatin1Char('\n')).toLatin1());
     }
 
-    void csvFailedQueryTouchesNoFile()
+    void failedQueryTouchesNoFile_data()
     {
+        Columns::add<bool, int, QString>("gpx", "table", "name");
+        QTest::newRow("CSV") << false << 4 << QStringLiteral("BARO1D");
+        QTest::newRow("GPX uses the CSV wording") << true << 1 << QStringLiteral("BARO3H");
+    }
+
+    void failedQueryTouchesNoFile()
+    {
+        QFETCH(bool, gpx);
+        QFETCH(int, table);
+        QFETCH(QString, name);
         ReaderFixture fx;
-        fx.execute(QStringLiteral("DROP TABLE BARO1D"));
+        fx.execute(QStringLiteral("DROP TABLE ") + name);
         fx.messages.clear();
-        fx.log().exportCsv(4);
+        if (gpx)
+            fx.log().exportGpx(table);
+        else
+            fx.log().exportCsv(table);
         QCOMPARE(fx.messages.messages().size(), 1);
         QVERIFY(fx.messages.messages().first().startsWith(QStringLiteral("db query error in Csv ")));
-        QVERIFY(fx.messages.messages().first().endsWith(QStringLiteral(" SELECT * FROM BARO1D ORDER BY TIME DESC")));
+        QVERIFY(fx.messages.messages().first().endsWith(QStringLiteral(" SELECT * FROM %1 ORDER BY TIME DESC").arg(name)));
         QVERIFY(exportFiles().isEmpty());
         QVERIFY(fx.viewer.urls.isEmpty());
         // The lock was released.
@@ -509,9 +516,7 @@ private slots:
     {
         ReaderFixture fx;
         fx.setSetting(QStringLiteral("unitEle"), 1);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("feet.gpx"));
-        fx.log().exportGpx(1, target);
+        const QString target = exportExample(fx, QStringLiteral("feet.gpx"), true);
         QCOMPARE(lines(target).value(5), QStringLiteral("<ele>10.00</ele>"));
     }
 
@@ -520,9 +525,7 @@ private slots:
         ReaderFixture fx;
         fx.setSetting(QStringLiteral("language"), 1);
         QLocale::setDefault(QLocale(QStringLiteral("fr_FR")));
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("exemple.gpx"));
-        fx.log().exportGpx(1, target);
+        const QString target = exportExample(fx, QStringLiteral("exemple.gpx"), true);
         QCOMPARE(lines(target).mid(4, 3),
                  (QStringList{QStringLiteral("<trkpt lat=\"47.6062000000\" lon=\"-122.3321000000\">"),
                               QStringLiteral("<ele>10.00</ele>"), QStringLiteral("<time>2026-11-05T14:03:22Z</time>")}));
@@ -559,8 +562,7 @@ private slots:
 
     void gpxIsWellFormedAndValid_data()
     {
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<bool>("withFix");
+        Columns::add<int, bool>("rows", "withFix");
         QTest::newRow("empty table") << 0 << true;
         QTest::newRow("table without a fix") << 5 << false;
         QTest::newRow("full table") << 1800 << true;
@@ -585,21 +587,6 @@ private slots:
         QVERIFY2(xmllint({target}, &output) == 0, qPrintable(output));
         const QString schema = QStringLiteral(BRINHOLT_SOURCE_DIR "/tests/log/data/gpx-1.1.xsd");
         QVERIFY2(xmllint({QStringLiteral("--schema"), schema, target}, &output) == 0, qPrintable(output));
-    }
-
-    void gpxFailedQueryUsesTheCsvWording()
-    {
-        ReaderFixture fx;
-        fx.execute(QStringLiteral("DROP TABLE BARO3H"));
-        fx.messages.clear();
-        fx.log().exportGpx(1);
-        QCOMPARE(fx.messages.messages().size(), 1);
-        QVERIFY(fx.messages.messages().first().startsWith(QStringLiteral("db query error in Csv ")));
-        QVERIFY(fx.messages.messages().first().endsWith(QStringLiteral(" SELECT * FROM BARO3H ORDER BY TIME DESC")));
-        QVERIFY(exportFiles().isEmpty());
-        QVERIFY(fx.viewer.urls.isEmpty());
-        fx.insert(0, ReaderFixture::exampleRow());
-        QVERIFY(!fx.log().calcInfo(QPointF(0.0, 1013.0), 0).isEmpty());
     }
 
     void gpxFileThatCannotBeOpenedIsSilent()
