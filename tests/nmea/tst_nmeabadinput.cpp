@@ -7,6 +7,7 @@
 #include "tests/support/Columns.h"
 
 #include "SourceFixture.h"
+#include "tests/support/LoopbackTcpServer.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/PseudoTerminal.h"
 
@@ -57,25 +58,19 @@ class TcpLine : public Line
 public:
     bool open(SourceFixture& fixture) override
     {
-        if (!server.listen(QHostAddress::LocalHost))
+        if (!served.listen())
             return false;
-        auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), server.serverPort());
+        auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
         source->slot_startReceiving();
-        QElapsedTimer timer;
-        timer.start();
-        while (!server.hasPendingConnections() && timer.elapsed() < 5000)
-            QTest::qWait(5);
-        peer = server.nextPendingConnection();
-        return peer != nullptr;
+        return served.accept();
     }
     void send(const QByteArray& bytes) override
     {
-        peer->write(bytes);
-        while (peer->bytesToWrite() > 0)
+        served.peer->write(bytes);
+        while (served.peer->bytesToWrite() > 0)
             QTest::qWait(2);
     }
-    QTcpServer server;
-    QTcpSocket* peer = nullptr;
+    LoopbackTcpServer served;
 };
 
 class SerialLine : public Line
@@ -87,15 +82,7 @@ public:
             return false;
         source = new NmeaSourceSerial(fixture.receiver.get(), terminal.path(), 9600, 0, 0, 0, 0);
         source->slot_startReceiving();
-        // Past the two blocks a new serial source throws away.
-        for (int block = 1; block <= 2; ++block) {
-            terminal.write("skip\r\n");
-            QElapsedTimer timer;
-            timer.start();
-            while (source->getSkipCount() < block && timer.elapsed() < 5000)
-                QTest::qWait(2);
-        }
-        return !source->isSkipStart();
+        return SourceFixture::passSkippedBlocks(terminal, *source);
     }
     void send(const QByteArray& bytes) override
     {
