@@ -52,6 +52,14 @@ inline void applySettings(BackEnd& b, const QVariantMap& values)
         b.setSetting(it.key(), it.value());
 }
 
+// Starts the receiver with the serial source alone, on `path`.
+inline void startSerial(BackEnd& b, const QString& path)
+{
+    b.setSetting(QStringLiteral("SettingSerialPort"), path);
+    b.setSetting(QStringLiteral("SettingUseSerial"), 1);
+    b.startNmea();
+}
+
 // Runs `f` on the thread the receiver lives on and returns its result.
 template <typename F>
 auto onReceiverThread(NmeaReceiver* receiver, F f) -> decltype(f())
