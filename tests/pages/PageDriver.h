@@ -94,6 +94,31 @@ inline bool copyCatalogues(const QString& folder)
     return true;
 }
 
+// A start to come in `theme` and `language`, with the catalogues in place and no serial
+// port to look for.
+inline bool prepareLook(PageHarness& h, int theme, const QString& language)
+{
+    if (!copyCatalogues(h.folder().path()))
+        return false;
+    h.writeSetting("theme", theme);
+    h.writeSetting("language", language == "fr" ? 1 : 0);
+    h.writeSetting("SettingSerialPort", QStringLiteral("None"));
+    return true;
+}
+
+// What the pages themselves said, of all the harness did not expect: the receiver and its
+// sources have words of their own when a page restarts them.
+inline QStringList pageWarnings(PageHarness& h)
+{
+    QStringList left;
+    for (const QString& message : h.unexpectedMessages()) {
+        if (message.startsWith(QLatin1String("qrc:")) || message.startsWith(QLatin1String("file:"))
+            || message.contains(QLatin1String("QML")))
+            left << message;
+    }
+    return left;
+}
+
 // Fails on any message the harness does not expect: QML warnings above all.
 // Fails on any message the pages and the core do not write on their own, but for lines
 // that begin with one of `alsoExpected`: what a source the test switched on says.

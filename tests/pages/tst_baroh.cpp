@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "LogTables.h"
 #include "PageDriver.h"
 #include "PageHarness.h"
-
 #include "tests/support/Columns.h"
+
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
 #include "log/DataSource.h"
@@ -37,8 +38,6 @@ public slots:
     void openUrl(const QUrl& url) { urls << url; }
 };
 
-const QStringList Tables = {"BARO30M", "BARO3H", "BARO6H", "BAR12H", "BARO1D",
-                            "BARO2D",  "BARO4D", "BARO8D", "BAR16D"};
 const QStringList RangeButtons = {"button30m", "button3h", "button6h", "button12h", "button1d",
                                   "button2d",  "button4d", "button8d", "button16d"};
 
@@ -436,8 +435,8 @@ private slots:
         PageHarness h;
         QVERIFY(startGraph(h));
         // Each table gets a reading of its own, so that the curve tells which one is shown.
-        for (int table = 0; table < Tables.size(); ++table)
-            QVERIFY(h.insertRow(Tables.at(table), T0 - 1000, 1000.0 + table));
+        for (int table = 0; table < LogTables::Names.size(); ++table)
+            QVERIFY(h.insertRow(LogTables::Names.at(table), T0 - 1000, 1000.0 + table));
         QSignalSpy charts(h.log(), &DataSource::chartUpdated);
         QQuickItem* b = pageItem(h, button);
         QVERIFY(b);

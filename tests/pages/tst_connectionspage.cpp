@@ -165,19 +165,6 @@ private:
         socket.waitForBytesWritten(1000);
     }
 
-    // What the pages themselves said; the receiver and its sources have words of their own
-    // when the page restarts them.
-    static QStringList pageWarnings(PageHarness& h)
-    {
-        QStringList left;
-        for (const QString& message : h.unexpectedMessages()) {
-            if (message.startsWith(QLatin1String("qrc:")) || message.startsWith(QLatin1String("file:"))
-                || message.contains(QLatin1String("QML")))
-                left << message;
-        }
-        return left;
-    }
-
 private slots:
     void controlsStartAtTheirDefaults()
     {

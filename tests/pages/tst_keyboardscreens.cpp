@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "Screenshots.h"
 #include "tests/support/Columns.h"
 
 #include <QtCore/QDir>
@@ -45,9 +46,7 @@ private:
     {
         QTest::qWait(150);
         const QImage image = h.window()->grabWindow();
-        const QString path = QDir(BRINHOLT_BINARY_DIR "/screenshots").filePath(file);
-        qInfo().noquote() << "screenshot" << path;
-        image.save(path);
+        Screenshots::save(image, file);
         return image;
     }
 
@@ -65,9 +64,7 @@ private:
 private slots:
     void initTestCase()
     {
-        if (QGuiApplication::platformName() != QLatin1String("xcb"))
-            QSKIP("needs an X display: run under xvfb-run with QT_QPA_PLATFORM=xcb");
-        QVERIFY(QDir().mkpath(BRINHOLT_BINARY_DIR "/screenshots"));
+        BRINHOLT_SCREENSHOTS_NEED_X();
     }
 
     void frame_data()

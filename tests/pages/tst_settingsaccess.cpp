@@ -242,10 +242,7 @@ private slots:
         QFETCH(QString, language);
         QFETCH(int, theme);
         PageHarness h;
-        QVERIFY(copyCatalogues(h.folder().path()));
-        h.writeSetting("theme", theme);
-        h.writeSetting("language", language == "fr" ? 1 : 0);
-        h.writeSetting("SettingSerialPort", QStringLiteral("None"));
+        QVERIFY(prepareLook(h, theme, language));
         QVERIFY(startMain(h, language));
         for (const char* page : {"settings", "settingsConnections", "quillmereCalibration"}) {
             const QString properties = QByteArray(page) == "settings" ? QStringLiteral(", {\"loader\": loader}") : QString();

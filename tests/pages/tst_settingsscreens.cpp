@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "Screenshots.h"
 #include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
@@ -52,19 +53,13 @@ private:
     {
         QTest::qWait(150);
         const QImage shot = h.window()->grabWindow();
-        if (shot.isNull())
-            return false;
-        const QString path = QDir(BRINHOLT_BINARY_DIR "/screenshots").filePath(file);
-        qInfo().noquote() << "screenshot" << path;
-        return shot.save(path);
+        return !shot.isNull() && Screenshots::save(shot, file);
     }
 
 private slots:
     void initTestCase()
     {
-        if (QGuiApplication::platformName() != QLatin1String("xcb"))
-            QSKIP("needs an X display: run under xvfb-run with QT_QPA_PLATFORM=xcb");
-        QVERIFY(QDir().mkpath(BRINHOLT_BINARY_DIR "/screenshots"));
+        BRINHOLT_SCREENSHOTS_NEED_X();
         // As start-up does: the style's upper-casing of control texts is off.
         QFont font = QGuiApplication::font();
         font.setCapitalization(QFont::MixedCase);
@@ -88,11 +83,8 @@ private slots:
         QFETCH(int, theme);
         QFETCH(QString, language);
         PageHarness h;
-        QVERIFY(copyCatalogues(h.folder().path()));
         // A first start: no window geometry stored, so the window takes 70% of the screen.
-        h.writeSetting("theme", theme);
-        h.writeSetting("language", language == "fr" ? 1 : 0);
-        h.writeSetting("SettingSerialPort", QStringLiteral("None"));
+        QVERIFY(prepareLook(h, theme, language));
         QVERIFY(h.start(true, language));
         const QSize firstStart = QGuiApplication::primaryScreen()->size() * 0.7;
         QTRY_VERIFY(qAbs(h.window()->width() - firstStart.width()) <= 1);
