@@ -46,4 +46,9 @@ public:
     NmeaMessageType messageType;
     bool valid = false;
     bool hasNewData = false;
+
+protected:
+    // The update of an item that needs a new sentence for each reading: without one the
+    // item is no longer valid; with one, `pressure` goes to the sink if it is `usable`.
+    bool passOnNewPressure(double pressure, bool usable, const NmeaSourceType& source);
 };

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemMMB.h"
 
-#include "nmea/ReadingSink.h"
-
 #include <QtCore/QDebug>
 
 namespace {
@@ -11,11 +9,6 @@ namespace {
 constexpr double InchesOfMercuryToBars = 0.033863886866999995;
 
 } // namespace
-
-NmeaItemMMB::NmeaItemMMB(const NmeaMessageType& messageType)
-    : NmeaItem(messageType)
-{
-}
 
 void NmeaItemMMB::decode(const QByteArray& sentence, const NmeaSourceType& source)
 {
@@ -47,14 +40,5 @@ void NmeaItemMMB::decode(const QByteArray& sentence, const NmeaSourceType& sourc
 
 bool NmeaItemMMB::updateData(const NmeaSourceType& source)
 {
-    if (!hasNewData) {
-        valid = false;
-        return false;
-    }
-    hasNewData = false;
-    if (!valid || !hasPressure)
-        return false;
-    if (ReadingSink* sink = ReadingSink::installed())
-        sink->setCurrentPressure(pressure, source);
-    return true;
+    return passOnNewPressure(pressure, valid && hasPressure, source);
 }

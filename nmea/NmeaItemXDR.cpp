@@ -4,11 +4,6 @@
 #include "nmea/ReadingSink.h"
 #include "util/Pressure.h"
 
-NmeaItemXDR::NmeaItemXDR(const NmeaMessageType& messageType)
-    : NmeaItem(messageType)
-{
-}
-
 void NmeaItemXDR::decode(const QByteArray& sentence, const NmeaSourceType& source)
 {
     hasNewData = true;
