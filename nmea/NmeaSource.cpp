@@ -38,6 +38,13 @@ bool NmeaSource::myWrite(const QString& message)
     return false;
 }
 
+bool NmeaSource::writeTo(QIODevice* device, const QString& message)
+{
+    if (!device || message.isEmpty())
+        return false;
+    return device->write(message.toUtf8()) > 0;
+}
+
 void NmeaSource::slot_startReceiving()
 {
 }
