@@ -141,6 +141,11 @@ bool NmeaItem::passOnNewPressure(double pressure, bool usable, const NmeaSourceT
         valid = false;
         return false;
     }
+    return takeNewPressure(pressure, usable, source);
+}
+
+bool NmeaItem::takeNewPressure(double pressure, bool usable, const NmeaSourceType& source)
+{
     hasNewData = false;
     if (!usable)
         return false;

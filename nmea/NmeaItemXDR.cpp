@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemXDR.h"
 
-#include "nmea/ReadingSink.h"
 #include "util/Pressure.h"
 
 void NmeaItemXDR::decode(const QByteArray& sentence, const NmeaSourceType& source)
@@ -38,10 +37,5 @@ bool NmeaItemXDR::updateData(const NmeaSourceType& source)
     }
     if (!hasNewData)
         return false;
-    hasNewData = false;
-    if (!valid)
-        return false;
-    if (ReadingSink* sink = ReadingSink::installed())
-        sink->setCurrentPressure(pressure, source);
-    return true;
+    return takeNewPressure(pressure, valid, source);
 }

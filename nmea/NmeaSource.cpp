@@ -150,6 +150,16 @@ bool NmeaSource::handOn(const QString& line)
     return true;
 }
 
+ConnectionStatus NmeaSource::statusIn(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
+                                      const QString& errorText)
+{
+    ConnectionStatus status;
+    status.phase = phase;
+    status.reason = reason;
+    status.errorText = errorText;
+    return status;
+}
+
 void NmeaSource::publish(ConnectionStatus status)
 {
     status.channel = static_cast<ConnectionStatus::Channel>(sourceType);

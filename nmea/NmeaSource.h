@@ -84,6 +84,10 @@ protected:
     // Tells the receiver what this source does now; the channel is the source's type, and a
     // retry's interval is the one scheduleReconnect() uses.
     void publish(ConnectionStatus status);
+    // A status in `phase`, with its reason and the system's words for it, for the source to
+    // say where it is before publishing it.
+    static ConnectionStatus statusIn(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
+                                     const QString& errorText);
     // Keeps the newest MaxUnfinishedLine characters of an unfinished line and drops the
     // rest; the first drop of an overflow says so, later ones stay quiet until a line has
     // ended again. Call it with what is left after the complete lines were taken.

@@ -112,13 +112,10 @@ void NmeaSourceSerial::slot_startReceiving()
 void NmeaSourceSerial::publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
                                     const QString& errorText)
 {
-    ConnectionStatus status;
-    status.phase = phase;
-    status.reason = reason;
+    ConnectionStatus status = statusIn(phase, reason, errorText);
     status.where = portName;
     // What the port was set to, from this source's own key, not the page's speed box.
     status.number = serial ? static_cast<int>(serial->baudRate()) : baudRate;
-    status.errorText = errorText;
     publish(status);
 }
 

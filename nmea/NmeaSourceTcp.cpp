@@ -140,12 +140,9 @@ void NmeaSourceTcp::slot_timeOut()
 void NmeaSourceTcp::publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
                                  const QString& errorText, int milliseconds)
 {
-    ConnectionStatus status;
-    status.phase = phase;
-    status.reason = reason;
+    ConnectionStatus status = statusIn(phase, reason, errorText);
     status.where = host;
     status.number = port;
-    status.errorText = errorText;
     status.milliseconds = milliseconds;
     publish(status);
 }

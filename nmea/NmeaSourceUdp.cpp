@@ -142,11 +142,8 @@ void NmeaSourceUdp::slot_udpSocketDisconnected()
 void NmeaSourceUdp::publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
                                  const QString& errorText)
 {
-    ConnectionStatus status;
-    status.phase = phase;
-    status.reason = reason;
+    ConnectionStatus status = statusIn(phase, reason, errorText);
     status.number = port;
-    status.errorText = errorText;
     publish(status);
 }
 
