@@ -32,15 +32,7 @@ void TestNmeaItemMMB::decode_data()
 
 void TestNmeaItemMMB::decode()
 {
-    QFETCH(QByteArray, sentence);
-    QFETCH(double, pressure);
-    ItemFixture fixture;
-    NmeaItemMMB item(Mmb);
-    item.decode(sentence, Udp);
-    QVERIFY(item.valid);
-    QVERIFY(item.hasPressure);
-    QVERIFY(qAbs(item.pressure - pressure) < 1e-9);
-    QVERIFY(qAbs(fixture.b->getCurrentPressure() - (pressure > 0.0 ? pressure : -2000.0)) < 1e-9);
+    ItemFixture::checkPressureRow<NmeaItemMMB>(Mmb, Udp);
 }
 
 void TestNmeaItemMMB::bothFieldsEmptyClearsHasPressure()

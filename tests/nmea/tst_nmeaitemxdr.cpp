@@ -32,15 +32,7 @@ void TestNmeaItemXDR::decode_data()
 
 void TestNmeaItemXDR::decode()
 {
-    QFETCH(QByteArray, sentence);
-    QFETCH(double, pressure);
-    ItemFixture fixture;
-    NmeaItemXDR item(Xdr);
-    item.decode(sentence, Tcp);
-    QVERIFY(item.valid);
-    QVERIFY(item.hasPressure);
-    QVERIFY(qAbs(item.pressure - pressure) < 1e-9);
-    QVERIFY(qAbs(fixture.b->getCurrentPressure() - (pressure > 0.0 ? pressure : -2000.0)) < 1e-9);
+    ItemFixture::checkPressureRow<NmeaItemXDR>(Xdr, Tcp);
 }
 
 void TestNmeaItemXDR::withoutPressureQuadrupleNoUpdate()
