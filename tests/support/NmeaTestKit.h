@@ -37,6 +37,15 @@ inline QVariantMap quietSettings()
             {QStringLiteral("SettingUseUdpOut"), 0}};
 }
 
+// The quiet settings with `extra` on top.
+inline QVariantMap quietSettingsWith(const QVariantMap& extra)
+{
+    QVariantMap values = quietSettings();
+    for (auto it = extra.cbegin(); it != extra.cend(); ++it)
+        values.insert(it.key(), it.value());
+    return values;
+}
+
 // Writes brinholt.ini in the working directory before a BackEnd reads it.
 inline void writeIni(const QVariantMap& values)
 {
