@@ -69,6 +69,8 @@ public:
 
     // 14:03:22 UTC on 5 November 2026.
     static constexpr qint64 ExampleTime = 1793887402;
+    // The table the trend and the warning are read against.
+    static constexpr int Baro3h = 1;
     // The row used throughout the CSV and GPX examples.
     static LogRow exampleRow();
 
@@ -84,6 +86,9 @@ public:
     // The current reading, as the serial source delivers it; -2000.0 makes it go away.
     void setPressure(double hPa);
     void setClock(qint64 secs);
+    // One firing of the sampling tick at `time` with `hPa` current, its counter at `counter`
+    // (which decides the tables written); whether the log took it.
+    bool fire(qint64 time, double hPa, int counter);
 
     void insert(int table, const LogRow& row);
     void insert(int table, const QVector<LogRow>& rows);

@@ -103,23 +103,16 @@ class TestPressureWarning : public QObject
 
 private:
     static constexpr qint64 Now = ReaderFixture::ExampleTime;
-    static constexpr int Baro3h = 1;
 
     // A firing that writes BARO30M and BARO3H, as the tick does every twelve seconds.
     static bool fire(ReaderFixture& fx, qint64 time, double pressure)
     {
-        fx.setClock(time);
-        fx.setPressure(pressure);
-        return fx.log().addData(6, 0.0, 0.0, 0.0, 0.0, pressure);
+        return fx.fire(time, pressure, 6);
     }
 
     static void putRow(ReaderFixture& fx, qint64 time, double pre, double ofs = 0.0)
     {
-        LogRow row;
-        row.time = time;
-        row.pre = pre;
-        row.ofs = ofs;
-        fx.insert(Baro3h, row);
+        fx.insert(ReaderFixture::Baro3h, rowAt(time, pre, 0.0, ofs));
     }
 
     static Replay replayRule(const BuoyRecord& record)

@@ -14,24 +14,16 @@ class TestTrend : public QObject
 
 private:
     static constexpr qint64 Now = ReaderFixture::ExampleTime;
-    static constexpr int Baro3h = 1;
 
     // One firing that writes BARO30M alone, so that BARO3H holds only what the test put there.
     static void fire(ReaderFixture& fx, qint64 time, double current)
     {
-        fx.setClock(time);
-        fx.setPressure(current);
-        QVERIFY(fx.log().addData(8, 0.0, 0.0, 0.0, 0.0, current));
+        QVERIFY(fx.fire(time, current, 8));
     }
 
     static void putRow(ReaderFixture& fx, qint64 time, double pre, double ofs = 0.0, double ele = 0.0)
     {
-        LogRow row;
-        row.time = time;
-        row.pre = pre;
-        row.ofs = ofs;
-        row.ele = ele;
-        fx.insert(Baro3h, row);
+        fx.insert(ReaderFixture::Baro3h, rowAt(time, pre, ele, ofs));
     }
 
 private slots:
