@@ -600,34 +600,6 @@ private slots:
         QCOMPARE(changes.count(), 0);
     }
 
-    void darkModeIsDecidedByTheWindowTextColour_data()
-    {
-        Columns::add<QColor, bool>("text", "dark");
-        QTest::newRow("grey 128 is light") << QColor(128, 128, 128) << false;
-        QTest::newRow("grey 129 is dark") << QColor(129, 129, 129) << true;
-        QTest::newRow("white text is dark") << QColor(255, 255, 255) << true;
-        QTest::newRow("pure yellow text is light") << QColor(255, 255, 0) << false;
-        QTest::newRow("black text is light") << QColor(0, 0, 0) << false;
-    }
-
-    void darkModeIsDecidedByTheWindowTextColour()
-    {
-        QFETCH(QColor, text);
-        QFETCH(bool, dark);
-        HostTheme host;
-        host.setWindowText(text);
-        LogFixture f;
-        QCOMPARE(f.backEnd().isSystemDarkMode(), dark);
-    }
-
-    void noPlatformPaletteIsLight()
-    {
-        HostTheme host;
-        host.setNoPalette();
-        LogFixture f;
-        QCOMPARE(f.backEnd().isSystemDarkMode(), false);
-    }
-
     void theRealTickTimerFires()
     {
         LogFixture f;

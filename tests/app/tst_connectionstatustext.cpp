@@ -38,15 +38,7 @@ private:
         QFETCH(QString, errorText);
         QFETCH(qint64, lastSentence);
         QFETCH(qint64, now);
-        ConnectionStatus status;
-        status.channel = channel;
-        status.phase = phase;
-        status.reason = reason;
-        status.where = where;
-        status.number = number;
-        status.milliseconds = milliseconds;
-        status.errorText = errorText;
-        status.sinceMs = Since;
+        const ConnectionStatus status{channel, phase, reason, where, number, milliseconds, errorText, Since};
         return ConnectionStatusText::describe(status, lastSentence, now);
     }
 
