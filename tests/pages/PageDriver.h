@@ -15,6 +15,8 @@
 #include <QtTest/QtTest>
 
 #include <algorithm>
+#include <initializer_list>
+#include <utility>
 
 // What the page tests do with the window: start it at a known size, press the bar's and the
 // pages' buttons, leave a page, work a page's controls by id, and read what reached the INI
@@ -72,6 +74,15 @@ inline QVariant stored(PageHarness& h, const QString& key)
 {
     QSettings ini(h.folder().filePath(QStringLiteral("brinholt.ini")), QSettings::IniFormat);
     return ini.value(key);
+}
+
+// Checks what reached the INI file, read as whole numbers, key by key.
+inline void checkStored(PageHarness& h, std::initializer_list<std::pair<const char*, int>> expected)
+{
+    for (const auto& [key, value] : expected) {
+        const int got = stored(h, QLatin1String(key)).toInt();
+        QVERIFY2(got == value, qPrintable(QStringLiteral("%1 is %2, not %3").arg(QLatin1String(key)).arg(got).arg(value)));
+    }
 }
 
 inline bool isDark(PageHarness& h)

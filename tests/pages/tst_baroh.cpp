@@ -82,6 +82,15 @@ private:
         return h.item("baroH") && h.chart();
     }
 
+    // The graph page over ten minutes of a steady 1011.5 in BARO30M, sampled at T0.
+    static bool startSteadyGraph(PageHarness& h)
+    {
+        if (!startGraph(h) || !h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5))
+            return false;
+        h.sample(T0, 1011.5);
+        return true;
+    }
+
     static QObject* pageObject(PageHarness& h, const QString& name)
     {
         return h.find(name, h.item("baroH"));
@@ -563,9 +572,7 @@ private slots:
     void cursorTextGoesAfterSixSeconds()
     {
         PageHarness h;
-        QVERIFY(startGraph(h));
-        QVERIFY(h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5));
-        h.sample(T0, 1011.5);
+        QVERIFY(startSteadyGraph(h));
         QVariant point = QVariant::fromValue(h.log()->getValueAt(-3.0, 0, QVariant(T0)));
         PageHarness::call(h.item("baroH"), "serieClicked", {point, false});
         QtCharts::QXYSeries* helper = h.series(h.seriesCount() - 1);
@@ -581,9 +588,7 @@ private slots:
     void pressOutsideTheAxesIsRefused()
     {
         PageHarness h;
-        QVERIFY(startGraph(h));
-        QVERIFY(h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5));
-        h.sample(T0, 1011.5);
+        QVERIFY(startSteadyGraph(h));
         QObject* area = pageObject(h, "chartArea");
         QSignalSpy presses(area, SIGNAL(pressed(QQuickMouseEvent*)));
         QSignalSpy releases(area, SIGNAL(released(QQuickMouseEvent*)));
@@ -606,9 +611,7 @@ private slots:
     void wheelZoomHoldsTheCurveUntilReset()
     {
         PageHarness h;
-        QVERIFY(startGraph(h));
-        QVERIFY(h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5));
-        h.sample(T0, 1011.5);
+        QVERIFY(startSteadyGraph(h));
         const QVector<QPointF> before = points(h, 0);
         const QPoint middle = chartPoint(h, -5.0, 1011.5);
 
@@ -649,9 +652,7 @@ private slots:
     void dragOfAZoomedChartPans()
     {
         PageHarness h;
-        QVERIFY(startGraph(h));
-        QVERIFY(h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5));
-        h.sample(T0, 1011.5);
+        QVERIFY(startSteadyGraph(h));
         const QPoint from = chartPoint(h, -5.0, 1011.5);
         wheel(h, from, 120);
         wheel(h, from, 120);
@@ -678,9 +679,7 @@ private slots:
     void freshSampleMovesTheCursorWithoutRestartingTheTimer()
     {
         PageHarness h;
-        QVERIFY(startGraph(h));
-        QVERIFY(h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5));
-        h.sample(T0, 1011.5);
+        QVERIFY(startSteadyGraph(h));
         // The cursor as a press at five minutes back sets it.
         const QVariant point = QVariant::fromValue(h.log()->getValueAt(-5.0, 0, QVariant(T0)));
         QElapsedTimer clock;
