@@ -65,6 +65,7 @@ void installAsHost(BackEnd* back)
     ReceiverHost::install(back);
     CalibrationLink::install(back);
     LogHost::install(back);
+    StatePublisher::install(&back->getStatePublisher());
 }
 
 void withdrawAsHost(BackEnd* back)
@@ -73,6 +74,7 @@ void withdrawAsHost(BackEnd* back)
     ReceiverHost::withdraw(back);
     CalibrationLink::withdraw(back);
     LogHost::withdraw(back);
+    StatePublisher::withdraw(&back->getStatePublisher());
 }
 
 bool isSource(int type)
@@ -196,14 +198,22 @@ void BackEnd::setCurrentPressure(const double& value, const NmeaSourceType& type
         pressureAge[type].restart();
 }
 
-double BackEnd::getCurrentPressure()
+BackEnd::Reading BackEnd::currentReading() const
 {
     for (int type = Internal; type <= Udp; ++type) {
         const double value = pressure[type].load(std::memory_order_relaxed);
-        if (value > 0.0 && pressureAge[type].isValid() && pressureAge[type].elapsed() < ReadingLifetimeMs)
-            return value;
+        if (value > 0.0 && pressureAge[type].isValid()) {
+            const qint64 age = pressureAge[type].elapsed();
+            if (age < ReadingLifetimeMs)
+                return Reading{value, type, age};
+        }
     }
-    return Pressure::None;
+    return Reading{};
+}
+
+double BackEnd::getCurrentPressure()
+{
+    return currentReading().value;
 }
 
 bool BackEnd::hasUsablePressure()
@@ -302,11 +312,27 @@ void BackEnd::slot_timerData()
     if (std::fabs(chosen.cog) <= 1e-12 && std::fabs(chosen.sog) <= 1e-12)
         cogsog = QStringLiteral("no");
 
-    const double current = getCurrentPressure();
+    StateAssembler::Tick tick;
+    // The log's clock, so that a replay's state carries the replay's time.
+    tick.time = Clock::currentSecsSinceEpoch() * 1000;
+    tick.date = date;
+    tick.position = position;
+    tick.cogsog = cogsog;
+    tick.hasFix = chosen.found;
+    tick.fix = chosen.position;
+    tick.cog = chosen.cog;
+    tick.sog = chosen.sog;
+    tick.systemTheme = previousTheme == 1 ? 1 : 0;
+
+    const Reading reading = currentReading();
+    const double current = reading.value;
     if (current < Pressure::UsableFrom) {
         stepTickCounter();
         emit noPressureAvailable();
         emit dataUpdated(date, position, cogsog, QStringLiteral("NONE"));
+        tick.shown = true;
+        tick.pressureText = QStringLiteral("NONE");
+        publishTick(tick);
         return;
     }
 
@@ -315,9 +341,24 @@ void BackEnd::slot_timerData()
             && dataSource->addData(tickCounter, chosen.position.x(), chosen.position.y(), chosen.cog,
                                    chosen.sog, getCurrentPressure());
     // A log that cannot keep rows would otherwise hold the displays still for good.
-    if (written || (dataSource != nullptr && !dataSource->canKeepRows()))
+    if (written || (dataSource != nullptr && !dataSource->canKeepRows())) {
         emit dataUpdated(date, position, cogsog, pressureText);
+        tick.shown = true;
+    }
     stepTickCounter();
+
+    tick.pressureText = pressureText;
+    tick.reading = current;
+    tick.source = reading.source;
+    tick.sourceText = sourceText(reading.source);
+    tick.readingAgeMs = reading.ageMs;
+    tick.logged = written;
+    publishTick(tick);
+}
+
+void BackEnd::publishTick(const StateAssembler::Tick& tick)
+{
+    statePublisher.publish(StateAssembler::assemble(tick, *statePublisher.current(), *settings, dataSource));
 }
 
 void BackEnd::stepTickCounter()
@@ -385,22 +426,23 @@ double BackEnd::getSerialPressure()
 
 QString BackEnd::getPressureSource()
 {
-    for (int type = Internal; type <= Udp; ++type) {
-        const double value = pressure[type].load(std::memory_order_relaxed);
-        if (value > 0.0 && pressureAge[type].isValid() && pressureAge[type].elapsed() < ReadingLifetimeMs) {
-            switch (type) {
-            case Internal:
-                return tr("From internal pressure sensor");
-            case Serial:
-                return tr("From serial connection");
-            case Tcp:
-                return tr("From TCP connection");
-            default:
-                return tr("From UDP connection");
-            }
-        }
+    return sourceText(currentReading().source);
+}
+
+QString BackEnd::sourceText(int source)
+{
+    switch (source) {
+    case Internal:
+        return tr("From internal pressure sensor");
+    case Serial:
+        return tr("From serial connection");
+    case Tcp:
+        return tr("From TCP connection");
+    case Udp:
+        return tr("From UDP connection");
+    default:
+        return tr("No pressure available");
     }
-    return tr("No pressure available");
 }
 
 QString BackEnd::getPressureUnit()

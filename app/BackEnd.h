@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/SettingsMirror.h"
+#include "app/StateAssembler.h"
 #include "log/LogHost.h"
 #include "nmea/CalibrationLink.h"
 #include "nmea/ConnectionStatusBoard.h"
@@ -11,6 +12,7 @@
 #include "util/AgeTimer.h"
 #include "util/Pressure.h"
 #include "util/SeqLock.h"
+#include "util/StatePublisher.h"
 #include "util/WarningState.h"
 
 #include <QtCore/QDateTime>
@@ -79,6 +81,10 @@ public:
     NmeaSenderUdp* getSenderUdp() const { return senderUdp; }
     // When the application last left the active state, in UTC; null before that.
     QDateTime getPauseTime() const { return pauseTime; }
+
+    // What the last tick showed, for the views that are not pages; any thread may read it.
+    const StatePublisher& getStatePublisher() const { return statePublisher; }
+    StatePublisher& getStatePublisher() { return statePublisher; }
 
     // Queued both ways: the source lives on its receiver's thread.
     void connectCalibration(NmeaSourceSerial& source) override;
@@ -184,6 +190,17 @@ private:
         double sog = 0.0;
     };
 
+    // The reading the tick would take: the first usable source in order, with its age.
+    struct Reading
+    {
+        double value = Pressure::None;
+        int source = -1;
+        qint64 ageMs = 0;
+    };
+    Reading currentReading() const;
+    static QString sourceText(int source);
+    void publishTick(const StateAssembler::Tick& tick);
+
     ChosenFix chooseFix() const;
     void stepTickCounter();
     QString displayPressure(double pressure);
@@ -219,6 +236,7 @@ private:
     NmeaReceiver* receiver = nullptr;
     // What the receiver's connections are doing, for the Connections page.
     ConnectionStatusBoard connectionStatusBoard;
+    StatePublisher statePublisher;
 };
 
 extern BackEnd* backend;

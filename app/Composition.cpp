@@ -2,6 +2,7 @@
 #include "app/Composition.h"
 
 #include "app/BackEnd.h"
+#include "app/StormShading.h"
 #include "app/TranslationHandler.h"
 #include "log/DataSource.h"
 
@@ -20,6 +21,7 @@ void Composition::registerTypes()
         return;
     done = true;
     qmlRegisterType<BackEnd>("backend", 1, 0, "BackEnd");
+    qmlRegisterType<StormShading>("backend", 1, 0, "StormShading");
     qmlRegisterSingletonType(QUrl(QStringLiteral("qrc:/Theme.qml")), "backend", 1, 0, "Theme");
     QQuickStyle::setStyle(QStringLiteral("Material"));
 }

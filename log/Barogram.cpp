@@ -20,6 +20,9 @@
 #include <cmath>
 
 const QColor Barogram::CurveColour(0xC6, 0x28, 0x28);
+// Amber 600 and red 700 of the Material palette, as the warning strip shows them.
+const QColor Barogram::WarningColour(0xFF, 0xB3, 0x00);
+const QColor Barogram::AlarmColour(0xD3, 0x2F, 0x2F);
 
 namespace {
 const QColor Ink(0x21, 0x21, 0x21);
@@ -54,6 +57,7 @@ Barogram::Barogram(DataSource& log, int tableNb)
             });
     log.updateChart(table);
     QObject::disconnect(connection);
+    storms = log.getStorms()->periods();
 
     lastFix = log.lastFix(table);
     const QString trend = log.getTrend3h();
@@ -99,6 +103,7 @@ void Barogram::paint(QPainter& painter, const QSizeF& page) const
     painter.fillRect(QRectF(QPointF(0, 0), page), Qt::white);
     const QRectF plot = plotArea(page);
     paintHeader(painter, page);
+    paintStorms(painter, plot, page);
     paintAxes(painter, plot);
     paintCurve(painter, plot);
     painter.restore();
@@ -190,6 +195,48 @@ void Barogram::paintAxes(QPainter& painter, const QRectF& plot) const
     painter.setPen(QPen(Ink, 1.5));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(plot);
+}
+
+QString Barogram::stormLabel(PressureWarning::Level level)
+{
+    return level == PressureWarning::Alarm ? tr("Pressure-fall alarm") : tr("Pressure-fall warning");
+}
+
+void Barogram::paintStorms(QPainter& painter, const QRectF& plot, const QSizeF& page) const
+{
+    if (storms.isEmpty())
+        return;
+    const auto shade = [](PressureWarning::Level level) {
+        QColor colour = level == PressureWarning::Alarm ? AlarmColour : WarningColour;
+        colour.setAlphaF(StormOpacity);
+        return colour;
+    };
+    const double unitSeconds = secondsPerUnit(table);
+    for (const StormPeriod& period : storms) {
+        const double left = toPage(QPointF((period.start - now) / unitSeconds, 0.0), plot).x();
+        const double right = toPage(QPointF((period.end - now) / unitSeconds, 0.0), plot).x();
+        painter.fillRect(QRectF(QPointF(left, plot.top()), QPointF(right, plot.bottom())).intersected(plot),
+                         shade(period.level));
+    }
+
+    // The key, right-aligned on the title's line.
+    QFont font = painter.font();
+    font.setBold(false);
+    font.setPixelSize(qMax(8, qRound(page.height() / 40.0)));
+    painter.setFont(font);
+    const QFontMetricsF metrics(font);
+    const double swatch = metrics.ascent();
+    const double baseline = page.height() / 40.0 * 2.2;
+    double right = plot.right();
+    for (PressureWarning::Level level : {PressureWarning::Alarm, PressureWarning::Warning}) {
+        const QString label = stormLabel(level);
+        right -= metrics.horizontalAdvance(label);
+        painter.setPen(Ink);
+        painter.drawText(QPointF(right, baseline), label);
+        right -= swatch * 1.4;
+        painter.fillRect(QRectF(right, baseline - swatch, swatch, swatch), shade(level));
+        right -= swatch * 1.5;
+    }
 }
 
 void Barogram::paintCurve(QPainter& painter, const QRectF& plot) const

@@ -10,6 +10,8 @@
 #include <QtCore/QVector>
 #include <QtGui/QColor>
 
+#include "log/StormMarks.h"
+
 class DataSource;
 class QPainter;
 
@@ -43,14 +45,23 @@ public:
     // The span the x axis covers, in the table's x units.
     double span() const;
     QString title() const;
+    // Where the warning or the alarm held, shaded behind the curve.
+    const QVector<StormPeriod>& stormPeriods() const { return storms; }
+    // What the key says of a level's shade, in the current language.
+    static QString stormLabel(PressureWarning::Level level);
 
     static constexpr QSize DefaultSize{1600, 1000};
     static const QColor CurveColour;
+    // The warning strip's colours, laid thin enough over the paper for the curve to read.
+    static const QColor WarningColour;
+    static const QColor AlarmColour;
+    static constexpr double StormOpacity = 0.3;
 
 private:
     void paintHeader(QPainter& painter, const QSizeF& page) const;
     void paintAxes(QPainter& painter, const QRectF& plot) const;
     void paintCurve(QPainter& painter, const QRectF& plot) const;
+    void paintStorms(QPainter& painter, const QRectF& plot, const QSizeF& page) const;
     QString timeLabel(double x) const;
 
     DataSource& log;
@@ -59,6 +70,7 @@ private:
     double min = 0.0;
     double max = -1.0;
     QList<QVector<QPointF>> series;
+    QVector<StormPeriod> storms;
     QPointF lastFix;
     QString tendency;
     QString unit;

@@ -233,6 +233,9 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     setTrend();
     const std::optional<double> fall3h = rawFallSince(10800, pressure);
     const std::optional<double> fall1h = rawFallSince(3600, pressure);
+    // Negation is exact: the same bits as the reading minus the row.
+    change3h = fall3h ? std::optional<double>(-*fall3h) : std::nullopt;
+    change1h = fall1h ? std::optional<double>(-*fall1h) : std::nullopt;
     // Every statement commits by itself; there is no transaction for this to end.
     database.commit();
     checkpointIfDue();
@@ -439,6 +442,7 @@ void DataSource::updateChart(const int& chartNb)
     double low;
     double high;
     axisBounds(min, max, low, high);
+    storms.recompute(database, tableNames.at(chartNb), interval, gapLimit, now, xUnit);
 
     // Still under the lock: the page's handler runs inside this emission and may only call
     // what takes no lock.

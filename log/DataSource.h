@@ -12,6 +12,7 @@
 #include <QtSql/QSqlDatabase>
 
 #include "log/PressureWarning.h"
+#include "log/StormMarks.h"
 
 #include <optional>
 
@@ -25,14 +26,18 @@ class QQuickView;
 // - Blocking: addData, updateChart, getValueAt, getTableContent, removeKey, emptyOneTable,
 //   emptyAllTables (table by table), closeDatabase and the exports.
 // - tryLock(0): calcInfo, which gives up with "unable to lock mutex" rather than wait.
-// - No lock: update, getTrend, getTrend3h, and setTrend (it runs under addData's lock).
+// - No lock: update, getTrend, getTrend3h, storms' chartPeriods, and setTrend (it runs
+//   under addData's lock).
 // updateChart emits chartUpdated while it holds the lock, and the page's handler runs
-// inside that emission: from that handler only update and getTrend3h may be called.
+// inside that emission: from that handler only update, getTrend3h and storms'
+// chartPeriods may be called.
 class DataSource : public QObject
 {
     Q_OBJECT
     // The pressure-fall warning, judged after each firing that writes a row.
     Q_PROPERTY(PressureWarning* warning READ getWarning CONSTANT)
+    // Where the warning held over the table of the latest updateChart.
+    Q_PROPERTY(StormMarks* storms READ getStorms CONSTANT)
 
 public:
     explicit DataSource(QQuickView* view, QObject* parent = nullptr);
@@ -56,6 +61,11 @@ public:
     // the pressure as it is.
     static double seaLevelPressure(double stationPressure, double elevation);
     PressureWarning* getWarning() { return &warning; }
+    StormMarks* getStorms() { return &storms; }
+    // The logged reading minus the BARO3H row within 30 s of three hours (one hour) before
+    // it, raw, in hPa, as the last row-writing firing found them; nothing without such a row.
+    std::optional<double> lastChange3h() const { return change3h; }
+    std::optional<double> lastChange1h() const { return change1h; }
     // The newest position of a table that is not (0, 0); (0, 0) when it has none.
     QPointF lastFix(int tableNb);
 
@@ -118,4 +128,7 @@ private:
     qint64 lastCheckpoint = 0;
     bool folderWritable = true;
     PressureWarning warning;
+    StormMarks storms;
+    std::optional<double> change3h;
+    std::optional<double> change1h;
 };

@@ -240,8 +240,8 @@ ChartView {
     Connections {
         target: dataSource
 
-        // Runs inside updateChart while the log holds its lock: only update and getTrend3h
-        // of dataSource may be called from here.
+        // Runs inside updateChart while the log holds its lock: only update, getTrend3h
+        // and storms.chartPeriods of dataSource may be called from here.
         function onChartUpdated(now, minPre, maxPre, seriesCount) {
             startingDate = now
 
@@ -260,6 +260,7 @@ ChartView {
 
             for (var n = 0; n < dataSeriesCount(); n++)
                 dataSource.update(series(n), n)
+            stormShading.show(series(0), dataSource.storms.chartPeriods())
 
             xAxis.labelsAngle = 0
 
@@ -286,6 +287,15 @@ ChartView {
         decorate()
         var labels = xAxis.labelsFont
         titleFont = Qt.font({ "family": labels.family, "pixelSize": labels.pixelSize, "bold": true })
+    }
+
+    // Where the pressure-fall warning or its alarm held over the span, behind the curve.
+    StormShading {
+        id: stormShading
+        objectName: "stormShading"
+        warningColor: Theme.stormColor(1)
+        alarmColor: Theme.stormColor(2)
+        shadeOpacity: darkTheme ? 0.5 : 0.3
     }
 
     ChartGestures {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 pragma Singleton
 import QtQuick 2.15
+import QtQuick.Controls.Material 2.15
 
 // What every page looks the same with: the colours, the theme rule and the base font size.
 Item {
@@ -51,6 +52,12 @@ Item {
     // out on either background.
     function focusColor(dark) {
         return dark ? "#FFD740" : "#1565C0"
+    }
+    // The pressure-fall warning (1) and its alarm (2): amber and red, as a chart-table
+    // light shows them, in both themes.
+    function stormColor(level) {
+        return level === 2 ? Material.color(Material.Red, Material.Shade700)
+                           : Material.color(Material.Amber, Material.Shade600)
     }
     // The chart's title and its cursor.
     function inkColor(dark) {

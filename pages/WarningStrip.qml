@@ -3,6 +3,7 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Controls.Material 2.15
 import QtQuick.Layouts 1.15
+import backend 1.0
 
 // The pressure-fall warning across a page: the level, the fall and since when, and the
 // button that acknowledges it. Hidden while there is no level.
@@ -17,9 +18,7 @@ Rectangle {
     visible: level > 0
     implicitHeight: visible ? row.implicitHeight + 12 : 0
     radius: 4
-    // Amber for the warning, red for the alarm: the colours a chart-table light shows.
-    color: level === 2 ? Material.color(Material.Red, Material.Shade700)
-                       : Material.color(Material.Amber, Material.Shade600)
+    color: Theme.stormColor(level)
 
     function refresh() {
         if (!warning)

@@ -198,6 +198,14 @@
         <source>Last fix %1</source>
         <translation>Last fix %1</translation>
     </message>
+    <message>
+        <source>Pressure-fall alarm</source>
+        <translation>Pressure-fall alarm</translation>
+    </message>
+    <message>
+        <source>Pressure-fall warning</source>
+        <translation>Pressure-fall warning</translation>
+    </message>
 </context>
 <context>
     <name>CommandLine</name>

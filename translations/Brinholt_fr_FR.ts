@@ -198,6 +198,14 @@
         <source>Last fix %1</source>
         <translation>Dernière position %1</translation>
     </message>
+    <message>
+        <source>Pressure-fall alarm</source>
+        <translation>Alarme de baisse de pression</translation>
+    </message>
+    <message>
+        <source>Pressure-fall warning</source>
+        <translation>Alerte de baisse de pression</translation>
+    </message>
 </context>
 <context>
     <name>CommandLine</name>

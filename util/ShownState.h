@@ -14,7 +14,7 @@ struct ShownState
 
     // 1 for the first tick after start, one more at each tick; 0 before any.
     quint64 sequence = 0;
-    // When the tick ran, in milliseconds since the epoch.
+    // When the tick ran, by the log's clock (whole seconds), in milliseconds since the epoch.
     qint64 tickTime = 0;
 
     // The four strings of the tick's dataUpdated, as the pages show them ("NONE" for the
@@ -69,7 +69,7 @@ struct ShownState
     double sog = Unknown;
 
     // The theme as shown: 0 light, 1 dark; `followsSystem` when the setting asks for the
-    // system's. The language as a locale name ("en_US", "fr_FR").
+    // system's. The language's code, "en" or "fr".
     int theme = 0;
     bool followsSystem = false;
     QString language;

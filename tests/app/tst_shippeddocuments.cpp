@@ -111,7 +111,8 @@ private slots:
                                   "Reset", "Data on two screens", "Pressure units", "Precision display", "Elevation",
                                   "Pressure display offset", "Theme", "Langage", "Time zone", "Serial NMEA input",
                                   "TCP NMEA input", "UDP NMEA input", "UDP NMEA output", "Factory reset", "CSV",
-                                  "GPX", "brinholt.db", "brinholt.ini", "back up", "firewall", "unplugged"}) {
+                                  "GPX", "brinholt.db", "brinholt.ini", "back up", "firewall", "unplugged",
+                                  "Storm marks"}) {
             QVERIFY2(html.contains(QLatin1String(topic)), topic);
         }
     }
@@ -126,6 +127,9 @@ private slots:
         const QString fr = QString::fromUtf8(french.readAll());
         QVERIFY(en.contains("Brinholt on the phone"));
         QVERIFY(fr.contains(QString::fromUtf8("Brinholt sur le téléphone")));
+        // Both tell of the storm marks behind the curve.
+        QVERIFY(en.contains("pressure-fall warning or its alarm held"));
+        QVERIFY(fr.contains(QString::fromUtf8("alerte de baisse de pression ou son alarme a tenu")));
         QVERIFY(!en.contains("<img ") && !fr.contains("<img "));
     }
 };

@@ -179,6 +179,24 @@ void ReaderFixture::fillSixteenDays(qint64 end)
     }
 }
 
+void ReaderFixture::replay(int table, qint64 end, const std::function<std::optional<double>(qint64)>& weather)
+{
+    const QVector<QVector<qint64>> written = DemoLog::replaySixteenDays(end, {tableInterval(table)});
+    QVector<LogRow> rows;
+    for (qint64 time : written.at(0)) {
+        if (const std::optional<double> pressure = weather(time)) {
+            LogRow row;
+            row.time = time;
+            row.pre = *pressure;
+            rows.append(row);
+        }
+    }
+    execute(QStringLiteral("DELETE FROM %1").arg(tableName(table)));
+    insert(table, rows);
+    setClock(end);
+    setPressure(rows.isEmpty() ? -2000.0 : rows.last().pre);
+}
+
 Watchdog::Watchdog(int milliseconds, const char* what)
 {
     thread = std::thread([this, milliseconds, what] {

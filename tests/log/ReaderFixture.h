@@ -15,6 +15,7 @@
 #include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 class BackEnd;
@@ -104,6 +105,10 @@ public:
     // Every table as the sampling tick leaves it after 16 days of pressure, the counter
     // starting at 768 and the last firing at `end`.
     void fillSixteenDays(qint64 end);
+    // In place of what `table` holds, the rows the tick would have left in it at `end`
+    // over sixteen days of `weather`, raw; a time without a pressure is a pause in the log.
+    // The clock and the current reading are those of the last row.
+    void replay(int table, qint64 end, const std::function<std::optional<double>(qint64)>& weather);
 
     MessageLog messages;
     UrlRecorder viewer;

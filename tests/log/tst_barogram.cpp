@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "BuoyRecord.h"
 #include "ReaderFixture.h"
 
 #include "app/BackEnd.h"
@@ -9,10 +10,13 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QTranslator>
 #include <QtGui/QImage>
 #include <QtTest/QtTest>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 
 // The barogram: a picture whose curve must match the log it was drawn from.
 class TestBarogram : public QObject
@@ -40,21 +44,40 @@ private:
         return rows;
     }
 
-    // Whether the curve's colour is within `radius` pixels of `at`.
-    static bool curveNear(const QImage& image, QPointF at, int radius)
+    // Whether a pixel within `radius` pixels of `at` is of a colour that `wanted` accepts.
+    static bool anyNear(const QImage& image, QPointF at, int radius, const std::function<bool(const QColor&)>& wanted)
     {
         const QPoint centre = at.toPoint();
         for (int dy = -radius; dy <= radius; ++dy) {
             for (int dx = -radius; dx <= radius; ++dx) {
                 const QPoint p = centre + QPoint(dx, dy);
-                if (!image.rect().contains(p))
-                    continue;
-                const QColor c = image.pixelColor(p);
-                if (std::abs(c.red() - Barogram::CurveColour.red()) < 40 && c.green() < 110 && c.blue() < 110)
+                if (image.rect().contains(p) && wanted(image.pixelColor(p)))
                     return true;
             }
         }
         return false;
+    }
+
+    // Whether the curve's colour is within `radius` pixels of `at`.
+    static bool curveNear(const QImage& image, QPointF at, int radius)
+    {
+        return anyNear(image, at, radius, [](const QColor& c) {
+            return std::abs(c.red() - Barogram::CurveColour.red()) < 40 && c.green() < 110 && c.blue() < 110;
+        });
+    }
+
+    static bool within(const QColor& c, const QColor& colour, int tolerance)
+    {
+        return std::abs(c.red() - colour.red()) <= tolerance && std::abs(c.green() - colour.green()) <= tolerance
+                && std::abs(c.blue() - colour.blue()) <= tolerance;
+    }
+
+    // `front` laid over the opaque `back`.
+    static QColor over(const QColor& front, const QColor& back)
+    {
+        const double a = front.alphaF();
+        return QColor::fromRgbF(a * front.redF() + (1 - a) * back.redF(), a * front.greenF() + (1 - a) * back.greenF(),
+                                a * front.blueF() + (1 - a) * back.blueF());
     }
 
 private slots:
@@ -106,6 +129,88 @@ private slots:
         // 1010 to 1013 hPa in inches, rounded to the hundredths the chart shows.
         QVERIFY(barogram.lowest() <= 29.83 && barogram.lowest() > 29.7);
         QVERIFY(barogram.highest() >= 29.91 && barogram.highest() < 30.0);
+    }
+
+    // The storm of 24-25 February on the sixteen-day barogram: each marked period shaded
+    // in its colour behind the curve, calm days left white.
+    void stormsAreShadedBehindTheCurve()
+    {
+        BuoyRecord record;
+        QVERIFY(record.load(BuoyRecord::firstHalfOf2012()));
+        ReaderFixture fx;
+        fx.replay(8, BuoyRecord::utc(2, 26, 12), [&](qint64 time) { return record.at(time); });
+        const Barogram barogram(fx.log(), 8);
+        QTemporaryDir out;
+        const QString file = out.filePath(QStringLiteral("storms.png"));
+        QVERIFY(barogram.save(file));
+        QFile::remove(QStringLiteral(BRINHOLT_BINARY_DIR "/screenshots/barogram-storms.png"));
+        QFile::copy(file, QStringLiteral(BRINHOLT_BINARY_DIR "/screenshots/barogram-storms.png"));
+        const QImage image(file);
+        const QRectF plot = Barogram::plotArea(QSizeF(image.size()));
+        const auto column = [&](qint64 time) {
+            return qRound(barogram.toPage(QPointF((time - BuoyRecord::utc(2, 26, 12)) / 86400.0, 0.0), plot).x());
+        };
+        // Of the pixels down the plot at `x`, the share within 4 of `colour`.
+        const auto share = [&](int x, const QColor& colour) {
+            int near = 0;
+            int all = 0;
+            for (int y = qCeil(plot.top()) + 2; y < plot.bottom() - 2; ++y, ++all) {
+                if (within(image.pixelColor(x, y), colour, 4))
+                    ++near;
+            }
+            return double(near) / all;
+        };
+        const auto onPaper = [](const QColor& colour) {
+            QColor shade = colour;
+            shade.setAlphaF(Barogram::StormOpacity);
+            return over(shade, Qt::white);
+        };
+
+        QSet<int> levels;
+        for (const StormPeriod& period : barogram.stormPeriods()) {
+            if (period.end - period.start < 7200)
+                continue;
+            const QColor colour = period.level == PressureWarning::Alarm ? Barogram::AlarmColour : Barogram::WarningColour;
+            const int x = column((period.start + period.end) / 2);
+            QVERIFY2(share(x, onPaper(colour)) > 0.8, qPrintable(QString::number(share(x, onPaper(colour)))));
+            levels << period.level;
+        }
+        QCOMPARE(levels, (QSet<int>{PressureWarning::Warning, PressureWarning::Alarm}));
+        QVERIFY(std::any_of(barogram.stormPeriods().cbegin(), barogram.stormPeriods().cend(), [](const StormPeriod& p) {
+            return p.level == PressureWarning::Alarm && p.start < BuoyRecord::utc(2, 26) && p.end > BuoyRecord::utc(2, 24);
+        }));
+        // 15 February is calm.
+        QVERIFY(share(column(BuoyRecord::utc(2, 15, 12)), Qt::white) > 0.8);
+
+        // The curve is drawn over the shades in its own colour, not through them.
+        int covered = 0;
+        for (const StormPeriod& period : barogram.stormPeriods()) {
+            for (qint64 time = period.start; time < period.end; time += 768) {
+                const std::optional<double> pressure = record.at(time);
+                if (!pressure)
+                    continue;
+                const QPointF at = barogram.toPage(QPointF((time - BuoyRecord::utc(2, 26, 12)) / 86400.0,
+                                                           std::round(*pressure * 100.0) / 100.0), plot);
+                QVERIFY2(anyNear(image, at, 3, [](const QColor& c) { return within(c, Barogram::CurveColour, 3); }),
+                         qPrintable(QString::number(time)));
+                ++covered;
+            }
+        }
+        QVERIFY(covered > 20);
+    }
+
+    void stormKeyInBothLanguages()
+    {
+        QCOMPARE(Barogram::stormLabel(PressureWarning::Warning), QStringLiteral("Pressure-fall warning"));
+        QCOMPARE(Barogram::stormLabel(PressureWarning::Alarm), QStringLiteral("Pressure-fall alarm"));
+        QTranslator french;
+        QVERIFY(french.load(QStringLiteral(BRINHOLT_BINARY_DIR "/Brinholt_fr_FR.qm")));
+        QCoreApplication::installTranslator(&french);
+        const QString warning = Barogram::stormLabel(PressureWarning::Warning);
+        const QString alarm = Barogram::stormLabel(PressureWarning::Alarm);
+        QCoreApplication::removeTranslator(&french);
+        QCOMPARE(warning, QStringLiteral("Alerte de baisse de pression"));
+        QCOMPARE(alarm, QStringLiteral("Alarme de baisse de pression"));
     }
 
     void pdfIsOneA4LandscapePage()

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "BuoyRecord.h"
 #include "ReaderFixture.h"
 
 #include "app/BackEnd.h"
@@ -21,57 +22,9 @@ namespace {
 using Fall = std::optional<double>;
 using Level = PressureWarning::Level;
 
-// Hourly sea-level pressure of a moored weather buoy, interpolated in a straight line
-// between two observations an hour apart; nothing across a missing hour.
-class BuoyRecord
-{
-public:
-    bool load(const QString& path)
-    {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-            return false;
-        while (!file.atEnd()) {
-            const QList<QByteArray> f = file.readLine().simplified().split(' ');
-            if (f.size() < 13 || !std::isdigit(static_cast<unsigned char>(f.at(0).at(0))))
-                continue;
-            const QDateTime when(QDate(f.at(0).toInt(), f.at(1).toInt(), f.at(2).toInt()),
-                                 QTime(f.at(3).toInt(), f.at(4).toInt()), Qt::UTC);
-            const double pressure = f.at(12).toDouble();
-            if (pressure < 9000.0)
-                observations.insert(when.toSecsSinceEpoch(), pressure);
-        }
-        return !observations.isEmpty();
-    }
-
-    Fall at(qint64 time) const
-    {
-        auto after = observations.lowerBound(time);
-        if (after != observations.end() && after.key() == time)
-            return after.value();
-        if (after == observations.begin() || after == observations.end())
-            return std::nullopt;
-        auto before = std::prev(after);
-        if (after.key() - before.key() != 3600)
-            return std::nullopt;
-        return before.value() + (after.value() - before.value()) * double(time - before.key()) / 3600.0;
-    }
-
-    qint64 first() const { return observations.firstKey(); }
-    // The replay's firings fall every Step seconds from the first observation on.
-    qint64 onGrid(qint64 time, qint64 step) const
-    {
-        return first() + (time - first() + step - 1) / step * step;
-    }
-    qint64 last() const { return observations.lastKey(); }
-
-private:
-    QMap<qint64, double> observations;
-};
-
 qint64 utc(int month, int day, int hour = 0)
 {
-    return QDateTime(QDate(2012, month, day), QTime(hour, 0), Qt::UTC).toSecsSinceEpoch();
+    return BuoyRecord::utc(month, day, hour);
 }
 
 // The highest level reached, firing by firing, over [from, to).
@@ -92,7 +45,7 @@ constexpr qint64 Step = 900;
 
 QString buoyPath()
 {
-    return QStringLiteral(BRINHOLT_SOURCE_DIR "/../shared/data/buoy_44005_2012_H1.txt");
+    return BuoyRecord::firstHalfOf2012();
 }
 }
 
@@ -312,15 +265,8 @@ private slots:
     void stormsOfTheBuoyRecordWarnAndCalmWeeksDoNot_data()
     {
         Columns::add<qint64, qint64, int>("from", "to", "expected");
-        QTest::newRow("storm of 12 January") << utc(1, 12) << utc(1, 13) << 2;
-        QTest::newRow("storm of 27 January") << utc(1, 27) << utc(1, 28) << 2;
-        QTest::newRow("storm of 24-25 February") << utc(2, 24) << utc(2, 26) << 2;
-        QTest::newRow("storm of 3 March") << utc(3, 3) << utc(3, 4) << 2;
-        QTest::newRow("calm 1-10 February") << utc(2, 1) << utc(2, 11) << 0;
-        QTest::newRow("calm 10-27 March") << utc(3, 10) << utc(3, 28) << 0;
-        QTest::newRow("calm 29 March-22 April") << utc(3, 29) << utc(4, 23) << 0;
-        QTest::newRow("calm 11-28 May") << utc(5, 11) << utc(5, 29) << 0;
-        QTest::newRow("calm June") << utc(6, 1) << utc(6, 30) << 0;
+        for (const BuoyRecord::Span& span : BuoyRecord::namedSpans())
+            QTest::newRow(span.name) << span.from << span.to << (span.stormy ? 2 : 0);
     }
 
     void stormsOfTheBuoyRecordWarnAndCalmWeeksDoNot()
