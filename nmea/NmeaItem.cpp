@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItem.h"
 
+#include "nmea/EchoGuard.h"
+#include "nmea/ReadingSink.h"
+
 #include <cmath>
 
 NmeaItem::NmeaItem(const NmeaMessageType& messageType)
@@ -55,6 +58,22 @@ double degreesFromNmea(double v)
     return (v / 100.0 - d) / 0.6 + d;
 }
 
+// One coordinate in degrees, negative in the hemisphere `negative`; false if the value does
+// not convert or the hemisphere is neither of the two.
+bool coordinate(const QStringRef& value, const QStringRef& hemisphere, QLatin1String negative,
+                QLatin1String positive, double* degrees)
+{
+    double v = 0.0;
+    if (!NmeaItem::decode_Double(value, &v))
+        return false;
+    *degrees = degreesFromNmea(v);
+    if (hemisphere == negative)
+        *degrees = -*degrees;
+    else if (hemisphere != positive)
+        return false;
+    return true;
+}
+
 } // namespace
 
 bool NmeaItem::decode_Position(const QString& lat, const QString& latHemisphere, const QString& lon,
@@ -70,22 +89,13 @@ bool NmeaItem::decode_Position(const QStringRef& lat, const QStringRef& latHemis
     if (lat.isEmpty() || latHemisphere.isEmpty() || lon.isEmpty() || lonHemisphere.isEmpty())
         return false;
 
-    double v = 0.0;
-    if (!decode_Double(lon, &v))
-        return false;
-    double x = degreesFromNmea(v);
-    if (lonHemisphere == QLatin1String("W"))
-        x = -x;
-    else if (lonHemisphere != QLatin1String("E"))
+    double x = 0.0;
+    if (!coordinate(lon, lonHemisphere, QLatin1String("W"), QLatin1String("E"), &x))
         return false;
     position->setX(x);
 
-    if (!decode_Double(lat, &v))
-        return false;
-    double y = degreesFromNmea(v);
-    if (latHemisphere == QLatin1String("S"))
-        y = -y;
-    else if (latHemisphere != QLatin1String("N"))
+    double y = 0.0;
+    if (!coordinate(lat, latHemisphere, QLatin1String("S"), QLatin1String("N"), &y))
         return false;
     position->setY(y);
 
@@ -124,6 +134,25 @@ QStringList NmeaItem::splitFields(const QByteArray& sentence)
     for (const QStringRef& field : views)
         fields.append(field.toString());
     return fields;
+}
+
+bool NmeaItem::passOnNewPressure(double pressure, bool usable, const NmeaSourceType& source)
+{
+    if (!hasNewData) {
+        valid = false;
+        return false;
+    }
+    return takeNewPressure(pressure, usable, source);
+}
+
+bool NmeaItem::takeNewPressure(double pressure, bool usable, const NmeaSourceType& source)
+{
+    hasNewData = false;
+    if (!usable)
+        return false;
+    if (ReadingSink* sink = ReadingSink::installed())
+        sink->setCurrentPressure(EchoGuard::filter(pressure, source), source);
+    return true;
 }
 
 double NmeaItem::applyBarRule(double value)

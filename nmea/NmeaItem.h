@@ -46,4 +46,12 @@ public:
     NmeaMessageType messageType;
     bool valid = false;
     bool hasNewData = false;
+
+protected:
+    // The update of an item that needs a new sentence for each reading: without one the
+    // item is no longer valid; with one, `pressure` goes to the sink if it is `usable`.
+    bool passOnNewPressure(double pressure, bool usable, const NmeaSourceType& source);
+    // The end of every pressure item's update once a new sentence is there: it is used up,
+    // and `pressure` goes to the sink if it is `usable`.
+    bool takeNewPressure(double pressure, bool usable, const NmeaSourceType& source);
 };

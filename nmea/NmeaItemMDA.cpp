@@ -1,15 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemMDA.h"
 
-#include "nmea/EchoGuard.h"
-#include "nmea/ReadingSink.h"
-
 #include <QtCore/QDebug>
-
-NmeaItemMDA::NmeaItemMDA(const NmeaMessageType& messageType)
-    : NmeaItem(messageType)
-{
-}
 
 void NmeaItemMDA::decode(const QByteArray& sentence, const NmeaSourceType& source)
 {
@@ -38,14 +30,5 @@ void NmeaItemMDA::decode(const QByteArray& sentence, const NmeaSourceType& sourc
 
 bool NmeaItemMDA::updateData(const NmeaSourceType& source)
 {
-    if (!hasNewData) {
-        valid = false;
-        return false;
-    }
-    hasNewData = false;
-    if (!valid)
-        return false;
-    if (ReadingSink* sink = ReadingSink::installed())
-        sink->setCurrentPressure(EchoGuard::filter(pressure, source), source);
-    return true;
+    return passOnNewPressure(pressure, valid, source);
 }

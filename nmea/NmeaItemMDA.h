@@ -7,7 +7,7 @@
 class NmeaItemMDA : public NmeaItem
 {
 public:
-    explicit NmeaItemMDA(const NmeaMessageType& messageType);
+    using NmeaItem::NmeaItem;
 
     void decode(const QByteArray& sentence, const NmeaSourceType& source) override;
     bool updateData(const NmeaSourceType& source) override;

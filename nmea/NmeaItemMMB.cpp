@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemMMB.h"
 
-#include "nmea/EchoGuard.h"
-#include "nmea/ReadingSink.h"
-
 #include <QtCore/QDebug>
 
 namespace {
@@ -12,11 +9,6 @@ namespace {
 constexpr double InchesOfMercuryToBars = 0.033863886866999995;
 
 } // namespace
-
-NmeaItemMMB::NmeaItemMMB(const NmeaMessageType& messageType)
-    : NmeaItem(messageType)
-{
-}
 
 void NmeaItemMMB::decode(const QByteArray& sentence, const NmeaSourceType& source)
 {
@@ -48,14 +40,5 @@ void NmeaItemMMB::decode(const QByteArray& sentence, const NmeaSourceType& sourc
 
 bool NmeaItemMMB::updateData(const NmeaSourceType& source)
 {
-    if (!hasNewData) {
-        valid = false;
-        return false;
-    }
-    hasNewData = false;
-    if (!valid || !hasPressure)
-        return false;
-    if (ReadingSink* sink = ReadingSink::installed())
-        sink->setCurrentPressure(EchoGuard::filter(pressure, source), source);
-    return true;
+    return passOnNewPressure(pressure, valid && hasPressure, source);
 }

@@ -8,7 +8,7 @@
 class NmeaItemMMB : public NmeaItem
 {
 public:
-    explicit NmeaItemMMB(const NmeaMessageType& messageType);
+    using NmeaItem::NmeaItem;
 
     void decode(const QByteArray& sentence, const NmeaSourceType& source) override;
     bool updateData(const NmeaSourceType& source) override;

@@ -3,11 +3,6 @@
 
 #include "nmea/ReadingSink.h"
 
-NmeaItemRMC::NmeaItemRMC(const NmeaMessageType& messageType)
-    : NmeaItem(messageType)
-{
-}
-
 void NmeaItemRMC::decode(const QByteArray& sentence, const NmeaSourceType& source)
 {
     hasNewData = true;

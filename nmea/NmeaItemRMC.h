@@ -11,7 +11,7 @@
 class NmeaItemRMC : public NmeaItem
 {
 public:
-    explicit NmeaItemRMC(const NmeaMessageType& messageType);
+    using NmeaItem::NmeaItem;
 
     void decode(const QByteArray& sentence, const NmeaSourceType& source) override;
     bool updateData(const NmeaSourceType& source) override;

@@ -1,14 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItemXDR.h"
 
-#include "nmea/EchoGuard.h"
-#include "nmea/ReadingSink.h"
 #include "util/Pressure.h"
-
-NmeaItemXDR::NmeaItemXDR(const NmeaMessageType& messageType)
-    : NmeaItem(messageType)
-{
-}
 
 void NmeaItemXDR::decode(const QByteArray& sentence, const NmeaSourceType& source)
 {
@@ -44,10 +37,5 @@ bool NmeaItemXDR::updateData(const NmeaSourceType& source)
     }
     if (!hasNewData)
         return false;
-    hasNewData = false;
-    if (!valid)
-        return false;
-    if (ReadingSink* sink = ReadingSink::installed())
-        sink->setCurrentPressure(EchoGuard::filter(pressure, source), source);
-    return true;
+    return takeNewPressure(pressure, valid, source);
 }

@@ -9,7 +9,7 @@
 class NmeaItemXDR : public NmeaItem
 {
 public:
-    explicit NmeaItemXDR(const NmeaMessageType& messageType);
+    using NmeaItem::NmeaItem;
 
     void decode(const QByteArray& sentence, const NmeaSourceType& source) override;
     bool updateData(const NmeaSourceType& source) override;

@@ -38,6 +38,13 @@ bool NmeaSource::myWrite(const QString& message)
     return false;
 }
 
+bool NmeaSource::writeTo(QIODevice* device, const QString& message)
+{
+    if (!device || message.isEmpty())
+        return false;
+    return device->write(message.toUtf8()) > 0;
+}
+
 void NmeaSource::slot_startReceiving()
 {
 }
@@ -141,6 +148,16 @@ bool NmeaSource::handOn(const QString& line)
     receiver->decode(sentence, type, sourceType);
     receiver->noteSentence(sourceType);
     return true;
+}
+
+ConnectionStatus NmeaSource::statusIn(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
+                                      const QString& errorText)
+{
+    ConnectionStatus status;
+    status.phase = phase;
+    status.reason = reason;
+    status.errorText = errorText;
+    return status;
 }
 
 void NmeaSource::publish(ConnectionStatus status)

@@ -4,6 +4,7 @@
 #include "nmea/ConnectionStatus.h"
 #include "nmea/NmeaSourceType.h"
 
+#include <QtCore/QIODevice>
 #include <QtCore/QObject>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -60,6 +61,20 @@ protected:
     // A single shot to reconnect() after `ms`, cancelled if the source goes first.
     void scheduleReconnect(int ms);
     void scheduleReconnect() { scheduleReconnect(retryIntervalMs()); }
+    // After a socket that was up is lost: it goes at the next turn of the event loop, the
+    // reading is withdrawn, and the retries, which never end, start after `ms`.
+    template <typename Socket>
+    void retryWithout(Socket*& socket, int ms)
+    {
+        socket->deleteLater();
+        socket = nullptr;
+        reconnecting = true;
+        withdrawPressure();
+        scheduleReconnect(ms);
+    }
+    // Writes a message to an open device; false with no device or nothing to write, or
+    // when nothing was written.
+    static bool writeTo(QIODevice* device, const QString& message);
     // Writes the no-reading mark for this source's type, as a source does when it stops or
     // loses its link.
     void withdrawPressure();
@@ -69,6 +84,10 @@ protected:
     // Tells the receiver what this source does now; the channel is the source's type, and a
     // retry's interval is the one scheduleReconnect() uses.
     void publish(ConnectionStatus status);
+    // A status in `phase`, with its reason and the system's words for it, for the source to
+    // say where it is before publishing it.
+    static ConnectionStatus statusIn(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
+                                     const QString& errorText);
     // Keeps the newest MaxUnfinishedLine characters of an unfinished line and drops the
     // rest; the first drop of an overflow says so, later ones stay quiet until a line has
     // ended again. Call it with what is left after the complete lines were taken.

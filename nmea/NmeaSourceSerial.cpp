@@ -5,6 +5,18 @@
 
 #include <QtCore/QDebug>
 
+namespace {
+
+// The entry at a page's index into one of the port's lists; any index outside the list
+// gives its first entry.
+template <typename Setting, int Count>
+Setting pick(const Setting (&choices)[Count], int index)
+{
+    return index >= 0 && index < Count ? choices[index] : choices[0];
+}
+
+} // namespace
+
 NmeaSourceSerial::NmeaSourceSerial(NmeaReceiver* receiver, const QString& portName, const int& baudRate,
                                    const int& flowControl, const int& parity, const int& nbBits, const int& stopBit)
     : NmeaSource(receiver)
@@ -31,63 +43,29 @@ NmeaSourceSerial::~NmeaSourceSerial()
 
 QSerialPort::FlowControl NmeaSourceSerial::flowControlFor(int index)
 {
-    switch (index) {
-    case 1:
-        return QSerialPort::HardwareControl;
-    case 2:
-        return QSerialPort::SoftwareControl;
-    default:
-        return QSerialPort::NoFlowControl;
-    }
+    return pick({QSerialPort::NoFlowControl, QSerialPort::HardwareControl, QSerialPort::SoftwareControl}, index);
 }
 
 QSerialPort::Parity NmeaSourceSerial::parityFor(int index)
 {
-    switch (index) {
-    case 1:
-        return QSerialPort::EvenParity;
-    case 2:
-        return QSerialPort::OddParity;
-    case 3:
-        return QSerialPort::SpaceParity;
-    case 4:
-        return QSerialPort::MarkParity;
-    default:
-        return QSerialPort::NoParity;
-    }
+    return pick({QSerialPort::NoParity, QSerialPort::EvenParity, QSerialPort::OddParity, QSerialPort::SpaceParity,
+                 QSerialPort::MarkParity},
+                index);
 }
 
 QSerialPort::DataBits NmeaSourceSerial::dataBitsFor(int index)
 {
-    switch (index) {
-    case 1:
-        return QSerialPort::Data7;
-    case 2:
-        return QSerialPort::Data6;
-    case 3:
-        return QSerialPort::Data5;
-    default:
-        return QSerialPort::Data8;
-    }
+    return pick({QSerialPort::Data8, QSerialPort::Data7, QSerialPort::Data6, QSerialPort::Data5}, index);
 }
 
 QSerialPort::StopBits NmeaSourceSerial::stopBitsFor(int index)
 {
-    switch (index) {
-    case 1:
-        return QSerialPort::OneAndHalfStop;
-    case 2:
-        return QSerialPort::TwoStop;
-    default:
-        return QSerialPort::OneStop;
-    }
+    return pick({QSerialPort::OneStop, QSerialPort::OneAndHalfStop, QSerialPort::TwoStop}, index);
 }
 
 bool NmeaSourceSerial::myWrite(const QString& message)
 {
-    if (!serial || message.isEmpty())
-        return false;
-    return serial->write(message.toUtf8()) > 0;
+    return writeTo(serial, message);
 }
 
 void NmeaSourceSerial::slot_startReceiving()
@@ -134,13 +112,10 @@ void NmeaSourceSerial::slot_startReceiving()
 void NmeaSourceSerial::publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
                                     const QString& errorText)
 {
-    ConnectionStatus status;
-    status.phase = phase;
-    status.reason = reason;
+    ConnectionStatus status = statusIn(phase, reason, errorText);
     status.where = portName;
     // What the port was set to, from this source's own key, not the page's speed box.
     status.number = serial ? static_cast<int>(serial->baudRate()) : baudRate;
-    status.errorText = errorText;
     publish(status);
 }
 

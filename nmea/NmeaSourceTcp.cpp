@@ -19,9 +19,7 @@ NmeaSourceTcp::~NmeaSourceTcp() = default;
 
 bool NmeaSourceTcp::myWrite(const QString& message)
 {
-    if (!socket || message.isEmpty())
-        return false;
-    return socket->write(message.toUtf8()) > 0;
+    return writeTo(socket, message);
 }
 
 void NmeaSourceTcp::slot_startReceiving()
@@ -104,37 +102,29 @@ void NmeaSourceTcp::disconnectSocket()
 void NmeaSourceTcp::slot_tcpError(QAbstractSocket::SocketError error)
 {
     Q_UNUSED(error)
-    if (watchdog)
-        watchdog->stop();
-    if (!socket)
-        return;
-    qWarning().noquote() << "tcp socket error" << socket->errorString();
-    publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, socket->errorString());
-    disconnectSocket();
-    socket->disconnectFromHost();
-    if (socket->state() != QAbstractSocket::UnconnectedState)
-        socket->waitForDisconnected(5000);
-    socket->deleteLater();
-    socket = nullptr;
-    reconnecting = true;
-    withdrawPressure();
-    scheduleReconnect();
+    dropLostSocket("tcp socket error", true);
 }
 
 void NmeaSourceTcp::slot_tcpSocketDisconnected()
+{
+    dropLostSocket("tcp socket disconnected", false);
+}
+
+void NmeaSourceTcp::dropLostSocket(const char* diagnostic, bool closeFirst)
 {
     if (watchdog)
         watchdog->stop();
     if (!socket)
         return;
-    qWarning().noquote() << "tcp socket disconnected" << socket->errorString();
+    qWarning().noquote() << diagnostic << socket->errorString();
     publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, socket->errorString());
     disconnectSocket();
-    socket->deleteLater();
-    socket = nullptr;
-    reconnecting = true;
-    withdrawPressure();
-    scheduleReconnect();
+    if (closeFirst) {
+        socket->disconnectFromHost();
+        if (socket->state() != QAbstractSocket::UnconnectedState)
+            socket->waitForDisconnected(5000);
+    }
+    retryWithout(socket, retryIntervalMs());
 }
 
 void NmeaSourceTcp::slot_timeOut()
@@ -144,22 +134,15 @@ void NmeaSourceTcp::slot_timeOut()
     publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, QString(), 10);
     disconnectSocket();
     socket->abort();
-    socket->deleteLater();
-    socket = nullptr;
-    reconnecting = true;
-    withdrawPressure();
-    scheduleReconnect(10);
+    retryWithout(socket, 10);
 }
 
 void NmeaSourceTcp::publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
                                  const QString& errorText, int milliseconds)
 {
-    ConnectionStatus status;
-    status.phase = phase;
-    status.reason = reason;
+    ConnectionStatus status = statusIn(phase, reason, errorText);
     status.where = host;
     status.number = port;
-    status.errorText = errorText;
     status.milliseconds = milliseconds;
     publish(status);
 }

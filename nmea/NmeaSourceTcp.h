@@ -33,6 +33,9 @@ public slots:
 
 private:
     void disconnectSocket();
+    // A link that was up is lost: said, shown, unhooked (and with `closeFirst` closed),
+    // then retried.
+    void dropLostSocket(const char* diagnostic, bool closeFirst);
     void publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason = ConnectionStatus::NoReason,
                       const QString& errorText = QString(), int milliseconds = 0);
 

@@ -126,11 +126,7 @@ void NmeaSourceUdp::slot_udpError(QAbstractSocket::SocketError error)
     publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, socket->errorString());
     disconnectSocket();
     closeAndWait(socket);
-    socket->deleteLater();
-    socket = nullptr;
-    reconnecting = true;
-    withdrawPressure();
-    scheduleReconnect();
+    retryWithout(socket, retryIntervalMs());
 }
 
 void NmeaSourceUdp::slot_udpSocketDisconnected()
@@ -140,21 +136,14 @@ void NmeaSourceUdp::slot_udpSocketDisconnected()
     qWarning().noquote() << "Udp socket disconnected" << socket->errorString();
     publishPhase(ConnectionStatus::Retrying, ConnectionStatus::Lost, socket->errorString());
     disconnectSocket();
-    socket->deleteLater();
-    socket = nullptr;
-    reconnecting = true;
-    withdrawPressure();
-    scheduleReconnect();
+    retryWithout(socket, retryIntervalMs());
 }
 
 void NmeaSourceUdp::publishPhase(ConnectionStatus::Phase phase, ConnectionStatus::Reason reason,
                                  const QString& errorText)
 {
-    ConnectionStatus status;
-    status.phase = phase;
-    status.reason = reason;
+    ConnectionStatus status = statusIn(phase, reason, errorText);
     status.number = port;
-    status.errorText = errorText;
     publish(status);
 }
 

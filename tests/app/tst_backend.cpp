@@ -7,6 +7,7 @@
 #include "nmea/Nmea0183.h"
 #include "nmea/ReadingSink.h"
 #include "nmea/ReceiverHost.h"
+#include "tests/support/Columns.h"
 #include "tests/support/HostTheme.h"
 #include "tests/support/LogFixture.h"
 #include "tests/support/NmeaTestKit.h"
@@ -154,8 +155,7 @@ private slots:
 
     void pressureOf600IsLoggedAndBelowIsNot_data()
     {
-        QTest::addColumn<double>("reading");
-        QTest::addColumn<bool>("logged");
+        Columns::add<double, bool>("reading", "logged");
         QTest::newRow("exactly 600 hPa is logged") << 600.0 << true;
         QTest::newRow("599.99 hPa is not logged") << 599.99 << false;
         QTest::newRow("a live 500 hPa from a broken sensor is not logged") << 500.0 << false;
@@ -328,8 +328,7 @@ private slots:
 
     void readingAgeLimit_data()
     {
-        QTest::addColumn<qint64>("age");
-        QTest::addColumn<double>("expected");
+        Columns::add<qint64, double>("age", "expected");
         QTest::newRow("59999 ms old still counts") << qint64(59999) << 1005.0;
         QTest::newRow("exactly 60000 ms old no longer counts") << qint64(60000) << -2000.0;
     }
@@ -437,10 +436,7 @@ private slots:
 
     void getSettingNarrowsByKey_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QVariant>("def");
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QVariant>("expected");
+        Columns::add<QString, QVariant, int, QVariant>("key", "def", "type", "expected");
         QTest::newRow("a string key with a number default gives the string")
                 << "SettingSerialSpeed" << QVariant(9600) << int(QMetaType::QString) << QVariant("9600");
         QTest::newRow("a fractional default outside the double keys gives an integer")
@@ -602,35 +598,6 @@ private slots:
         QSignalSpy changes(&f.backEnd(), &BackEnd::systemThemeChanged);
         tick(f.backEnd());
         QCOMPARE(changes.count(), 0);
-    }
-
-    void darkModeIsDecidedByTheWindowTextColour_data()
-    {
-        QTest::addColumn<QColor>("text");
-        QTest::addColumn<bool>("dark");
-        QTest::newRow("grey 128 is light") << QColor(128, 128, 128) << false;
-        QTest::newRow("grey 129 is dark") << QColor(129, 129, 129) << true;
-        QTest::newRow("white text is dark") << QColor(255, 255, 255) << true;
-        QTest::newRow("pure yellow text is light") << QColor(255, 255, 0) << false;
-        QTest::newRow("black text is light") << QColor(0, 0, 0) << false;
-    }
-
-    void darkModeIsDecidedByTheWindowTextColour()
-    {
-        QFETCH(QColor, text);
-        QFETCH(bool, dark);
-        HostTheme host;
-        host.setWindowText(text);
-        LogFixture f;
-        QCOMPARE(f.backEnd().isSystemDarkMode(), dark);
-    }
-
-    void noPlatformPaletteIsLight()
-    {
-        HostTheme host;
-        host.setNoPalette();
-        LogFixture f;
-        QCOMPARE(f.backEnd().isSystemDarkMode(), false);
     }
 
     void theRealTickTimerFires()

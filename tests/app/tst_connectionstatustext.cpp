@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ConnectionStatusText.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTranslator>
@@ -20,16 +21,10 @@ private:
 
     static void columns()
     {
-        QTest::addColumn<ConnectionStatus::Channel>("channel");
-        QTest::addColumn<ConnectionStatus::Phase>("phase");
-        QTest::addColumn<ConnectionStatus::Reason>("reason");
-        QTest::addColumn<QString>("where");
-        QTest::addColumn<int>("number");
-        QTest::addColumn<int>("milliseconds");
-        QTest::addColumn<QString>("errorText");
-        QTest::addColumn<qint64>("lastSentence");
-        QTest::addColumn<qint64>("now");
-        QTest::addColumn<QString>("expected");
+        Columns::add<ConnectionStatus::Channel, ConnectionStatus::Phase, ConnectionStatus::Reason, QString, int, int,
+                QString, qint64, qint64, QString>(
+                "channel", "phase", "reason", "where", "number", "milliseconds", "errorText", "lastSentence", "now",
+                "expected");
     }
 
     static QString describeRow()
@@ -43,15 +38,7 @@ private:
         QFETCH(QString, errorText);
         QFETCH(qint64, lastSentence);
         QFETCH(qint64, now);
-        ConnectionStatus status;
-        status.channel = channel;
-        status.phase = phase;
-        status.reason = reason;
-        status.where = where;
-        status.number = number;
-        status.milliseconds = milliseconds;
-        status.errorText = errorText;
-        status.sinceMs = Since;
+        const ConnectionStatus status{channel, phase, reason, where, number, milliseconds, errorText, Since};
         return ConnectionStatusText::describe(status, lastSentence, now);
     }
 
@@ -205,8 +192,7 @@ private slots:
 
     void serialErrorsMapToReasons_data()
     {
-        QTest::addColumn<int>("error");
-        QTest::addColumn<ConnectionStatus::Reason>("reason");
+        Columns::add<int, ConnectionStatus::Reason>("error", "reason");
         QTest::newRow("permission") << int(QSerialPort::PermissionError) << ConnectionStatus::PermissionDenied;
         QTest::newRow("not found") << int(QSerialPort::DeviceNotFoundError) << ConnectionStatus::NoSuchDevice;
         QTest::newRow("open error") << int(QSerialPort::OpenError) << ConnectionStatus::Other;
@@ -222,8 +208,7 @@ private slots:
 
     void socketErrorsMapToReasons_data()
     {
-        QTest::addColumn<int>("error");
-        QTest::addColumn<ConnectionStatus::Reason>("reason");
+        Columns::add<int, ConnectionStatus::Reason>("error", "reason");
         QTest::newRow("refused") << int(QAbstractSocket::ConnectionRefusedError) << ConnectionStatus::Refused;
         QTest::newRow("host") << int(QAbstractSocket::HostNotFoundError) << ConnectionStatus::HostNotFound;
         QTest::newRow("timeout") << int(QAbstractSocket::SocketTimeoutError) << ConnectionStatus::TimedOut;

@@ -3,6 +3,7 @@
 #include "log/DataSource.h"
 #include "nmea/Nmea0183.h"
 #include "tests/support/BackEndFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/LogFixture.h"
 #include "tests/support/NmeaTestKit.h"
 #include "tests/support/TestDataFolder.h"
@@ -57,9 +58,7 @@ private slots:
 
     void courseAndSpeed_data()
     {
-        QTest::addColumn<double>("cog");
-        QTest::addColumn<double>("sog");
-        QTest::addColumn<QString>("cogsog");
+        Columns::add<double, double, QString>("cog", "sog", "cogsog");
         QTest::newRow("course 0 and speed 0 with a fix is no") << 0.0 << 0.0 << "no";
         QTest::newRow("course 0 and speed 3 is shown")
                 << 0.0 << 3.0 << QStringLiteral("COG 000deg T - SOG ") + speedText(3.0);
@@ -107,10 +106,7 @@ private slots:
 
     void position_data()
     {
-        QTest::addColumn<double>("x");
-        QTest::addColumn<double>("y");
-        QTest::addColumn<bool>("hasFix");
-        QTest::addColumn<QString>("position");
+        Columns::add<double, double, bool, QString>("x", "y", "hasFix", "position");
         QTest::newRow("(0, 0) with a live fix is No Position") << 0.0 << 0.0 << true << "No Position";
         QTest::newRow("no fix is No Position") << 0.0 << 0.0 << false << "No Position";
         QTest::newRow("longitude 0.000001 on the equator is a position")
@@ -136,12 +132,8 @@ private slots:
 
     void pressure_data()
     {
-        QTest::addColumn<double>("reading");
-        QTest::addColumn<int>("preDisplay");
-        QTest::addColumn<double>("elevation");
-        QTest::addColumn<double>("offset");
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<double>("shown");
+        Columns::add<double, int, double, double, int, double>(
+                "reading", "preDisplay", "elevation", "offset", "unit", "shown");
         QTest::newRow("station level at 300 m: no reduction") << 1000.0 << 1 << 300.0 << 0.0 << 0 << 1000.0;
         QTest::newRow("station level keeps the offset") << 1000.0 << 1 << 300.0 << 2.5 << 1 << 1002.5;
         QTest::newRow("sea level at 0 m is the reading") << 1013.25 << 0 << 0.0 << 0.0 << 1 << 1013.25;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BackEnd.h"
+#include "tests/support/Columns.h"
 #include "tests/support/HostTheme.h"
 #include "tests/support/LogFixture.h"
 #include "tests/support/PseudoTerminal.h"
@@ -33,8 +34,7 @@ class TestHostQueries : public QObject
 private slots:
     void horizontalAdvanceIsCappedAtTheSample_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("expected");
+        Columns::add<QString, int>("text", "expected");
         QTest::newRow("one letter is its own width") << "x" << width("x");
         QTest::newRow("nothing is nothing") << "" << 0;
         QTest::newRow("a short port is its own width") << "ttyUSB0 " << width("ttyUSB0 ");
@@ -76,8 +76,7 @@ private slots:
 
     void darkModeFromTheWindowText_data()
     {
-        QTest::addColumn<QColor>("text");
-        QTest::addColumn<bool>("dark");
+        Columns::add<QColor, bool>("text", "dark");
         QTest::newRow("grey 128 is light") << QColor(128, 128, 128) << false;
         QTest::newRow("grey 129 is dark") << QColor(129, 129, 129) << true;
         QTest::newRow("white text is dark") << QColor(Qt::white) << true;
@@ -106,9 +105,7 @@ private slots:
 
     void portEntry_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("description");
-        QTest::addColumn<QString>("entry");
+        Columns::add<QString, QString, QString>("name", "description", "entry");
         QTest::newRow("empty description ends in the blank") << "ttyUSB0" << "" << "ttyUSB0 ";
         QTest::newRow("name, blank, description") << "ttyACM0" << "Skerry barometer" << "ttyACM0 Skerry barometer";
         QTest::newRow("a Windows port") << "COM4" << "" << "COM4 ";
@@ -157,8 +154,7 @@ private slots:
     // What the Connections page asks of a stored port that the list lacks.
     void characterDevice_data()
     {
-        QTest::addColumn<QString>("what");
-        QTest::addColumn<bool>("device");
+        Columns::add<QString, bool>("what", "device");
         QTest::newRow("the null device") << "/dev/null" << true;
         QTest::newRow("a bare name is looked for in /dev") << "null" << true;
         QTest::newRow("a pseudo-terminal") << "pty" << true;

@@ -71,18 +71,13 @@ private slots:
 
     void firstStartCentresSeventyPercentOfTheScreen_data()
     {
-        QTest::addColumn<QSize>("screen");
-        QTest::newRow("the platform's own screen") << QSize();
-        // Here the fractions of a pixel round up on two sides and down on the other two.
-        QTest::newRow("1366 by 768") << QSize(1366, 768);
+        ScreenSize::addFirstStartRows();
     }
 
     void firstStartCentresSeventyPercentOfTheScreen()
     {
         QFETCH(QSize, screen);
-        std::unique_ptr<ScreenSize> size;
-        if (screen.isValid())
-            size = std::make_unique<ScreenSize>(screen);
+        const auto size = ScreenSize::unlessOwn(screen);
         MessageLog messages;
         Application app;
         app.start();
@@ -92,14 +87,9 @@ private slots:
         const QSize host = QGuiApplication::primaryScreen()->size();
         if (screen.isValid())
             QCOMPARE(host, screen);
-        // The defaults are fractions of the screen, which the stored-setting reader gives
-        // back as whole numbers.
-        const double width = host.width();
-        const double height = host.height();
-        QCOMPARE(window->width(), QVariant(width * 0.7).toInt());
-        QCOMPARE(window->height(), QVariant(height * 0.7).toInt());
-        QCOMPARE(window->x(), QVariant(width / 2 - width * 0.35).toInt());
-        QCOMPARE(window->y(), QVariant(height / 2 - height * 0.35).toInt());
+        ScreenSize::checkFirstStartGeometry(*window, host);
+        if (QTest::currentTestFailed())
+            return;
         QVERIFY(messages.count("main page loaded, OS is") == 1);
         QVERIFY2(qmlWarnings(messages).isEmpty(), qPrintable(qmlWarnings(messages).join('\n')));
     }

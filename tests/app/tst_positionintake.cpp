@@ -3,6 +3,7 @@
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaSenderUdp.h"
 #include "tests/support/BackEndFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/DatagramListener.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/NetworkNamespace.h"
@@ -176,9 +177,7 @@ private slots:
 
     void serviceFollowsTheSettings_data()
     {
-        QTest::addColumn<int>("posSource");
-        QTest::addColumn<int>("usePos");
-        QTest::addColumn<bool>("wanted");
+        Columns::add<int, int, bool>("posSource", "usePos", "wanted");
         QTest::newRow("NMEA as position source stops and deletes the service") << 2 << 1 << false;
         QTest::newRow("position not wanted stops it") << 1 << 0 << false;
         QTest::newRow("neither") << 2 << 0 << false;
@@ -257,9 +256,7 @@ private slots:
 
     void positioningMethods_data()
     {
-        QTest::addColumn<int>("supported");
-        QTest::addColumn<QList<int>>("asked");
-        QTest::addColumn<int>("preferred");
+        Columns::add<int, QList<int>, int>("supported", "asked", "preferred");
         const int satellite = QGeoPositionInfoSource::SatellitePositioningMethods;
         const int all = QGeoPositionInfoSource::AllPositioningMethods;
         const int other = QGeoPositionInfoSource::NonSatellitePositioningMethods;
@@ -294,8 +291,7 @@ private slots:
 
     void accuracyLimit_data()
     {
-        QTest::addColumn<double>("accuracy");
-        QTest::addColumn<bool>("accepted");
+        Columns::add<double, bool>("accuracy", "accepted");
         QTest::newRow("exactly 200 m is accepted") << 200.0 << true;
         QTest::newRow("199.9 m is accepted") << 199.9 << true;
         QTest::newRow("200.01 m is not") << 200.01 << false;
@@ -376,10 +372,7 @@ private slots:
 
     void phoneEntry_data()
     {
-        QTest::addColumn<double>("course");
-        QTest::addColumn<double>("speed");
-        QTest::addColumn<double>("cog");
-        QTest::addColumn<double>("sog");
+        Columns::add<double, double, double, double>("course", "speed", "cog", "sog");
         QTest::newRow("course and speed taken, speed in knots") << 45.5 << 2.0 << 45.5 << 2.0 * Knots;
         QTest::newRow("a negative course is 0") << -1.0 << 2.0 << 0.0 << 2.0 * Knots;
         QTest::newRow("a negative speed is 0") << 10.0 << -1.0 << 10.0 << 0.0;
@@ -432,8 +425,7 @@ private slots:
 
     void positionNotBroadcastUnlessBothSwitchesAreOn_data()
     {
-        QTest::addColumn<int>("udpOut");
-        QTest::addColumn<int>("sendPos");
+        Columns::add<int, int>("udpOut", "sendPos");
         QTest::newRow("output on, position off") << 1 << 0;
         QTest::newRow("output off, position on") << 0 << 1;
     }

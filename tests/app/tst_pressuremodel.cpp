@@ -2,6 +2,7 @@
 #include "app/BackEnd.h"
 #include "nmea/NmeaSenderUdp.h"
 #include "tests/support/BackEndFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/DatagramListener.h"
 #include "tests/support/FakePressureSensor.h"
 #include "tests/support/LogFixture.h"
@@ -62,9 +63,7 @@ private slots:
 
     void sourceNamesTheReadingThatWins_data()
     {
-        QTest::addColumn<QList<int>>("live");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("current");
+        Columns::add<QList<int>, QString, double>("live", "text", "current");
         QTest::newRow("internal beats serial") << QList<int>{Internal, Serial} << "From internal pressure sensor" << 1000.0;
         QTest::newRow("serial beats udp") << QList<int>{Serial, Udp} << "From serial connection" << 1001.0;
         QTest::newRow("tcp beats udp") << QList<int>{Tcp, Udp} << "From TCP connection" << 1002.0;
@@ -119,8 +118,7 @@ private slots:
 
     void unitNames_data()
     {
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<QString>("name");
+        Columns::add<int, QString>("unit", "name");
         QTest::newRow("0 is mb") << 0 << "mb";
         QTest::newRow("1 is hPa") << 1 << "hPa";
         QTest::newRow("2 is kPa") << 2 << "kPa";
@@ -148,8 +146,7 @@ private slots:
 
     void conversionFromHpa_data()
     {
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<double>("expected");
+        Columns::add<int, double>("unit", "expected");
         QTest::newRow("mb unchanged") << 0 << 1013.25;
         QTest::newRow("hPa unchanged") << 1 << 1013.25;
         QTest::newRow("kPa divides by ten") << 2 << 101.325;
@@ -169,8 +166,7 @@ private slots:
 
     void conversionRoundTrip_data()
     {
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<double>("value");
+        Columns::add<int, double>("unit", "value");
         for (int unit : {0, 1, 2, 3, 4, 7}) {
             for (double value : {1013.25, 950.5, 600.0, 0.001}) {
                 QTest::addRow("unit %d, %g hPa", unit, value) << unit << value;
@@ -193,9 +189,7 @@ private slots:
 
     void conversionToHpa_data()
     {
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<double>("hpa");
+        Columns::add<int, double, double>("unit", "value", "hpa");
         QTest::newRow("kPa multiplies by ten") << 2 << 101.325 << 1013.25;
         QTest::newRow("inHg divides by its factor") << 3 << 29.92 << 29.92 / InHgPerHpa;
         QTest::newRow("mmHg divides by its factor") << 4 << 760.0 << 760.0 / MmHgPerHpa;
@@ -216,12 +210,8 @@ private slots:
 
     void formattedPreview_data()
     {
-        QTest::addColumn<double>("reading");
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<double>("offset");
-        QTest::addColumn<int>("levelType");
-        QTest::addColumn<double>("elevation");
-        QTest::addColumn<QString>("text");
+        Columns::add<double, int, double, int, double, QString>(
+                "reading", "unit", "offset", "levelType", "elevation", "text");
         QTest::newRow("1013.25 hPa in inHg at the station is 29.921 inHg")
                 << 1013.25 << 3 << 0.0 << 1 << 0.0 << "29.921 inHg";
         QTest::newRow("1000 hPa plus 1.5 reduced from 10 m is 1002.69 mb")
@@ -283,8 +273,7 @@ private slots:
 
     void seaLevelFactorMatchesItsExamples_data()
     {
-        QTest::addColumn<double>("elevation");
-        QTest::addColumn<double>("expected");
+        Columns::add<double, double>("elevation", "expected");
         QTest::newRow("factor(10) is 0.99881496") << 10.0 << 0.99881496;
         QTest::newRow("factor(100) is 0.98820065") << 100.0 << 0.98820065;
     }
@@ -303,8 +292,7 @@ private slots:
 
     void mbTextForTheCalibrationPage_data()
     {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QString>("text");
+        Columns::add<double, QString>("value", "text");
         QTest::newRow("two decimals, rounded") << 1013.256 << "1013.26 mb";
         QTest::newRow("no conversion whatever the unit") << 980.0 << "980.00 mb";
         QTest::newRow("negative") << -1.5 << "-1.50 mb";
@@ -373,11 +361,7 @@ private slots:
 
     void sensorBroadcastsCorrectedPressure_data()
     {
-        QTest::addColumn<double>("pascals");
-        QTest::addColumn<double>("offset");
-        QTest::addColumn<double>("elevation");
-        QTest::addColumn<int>("port");
-        QTest::addColumn<double>("sent");
+        Columns::add<double, double, double, int, double>("pascals", "offset", "elevation", "port", "sent");
         QTest::newRow("offset added and reduced, default port 5999")
                 << 100000.0 << 1.5 << 10.0 << -1 << 1001.5 / factor(10.0);
         QTest::newRow("no reduction at 0 m, port from updPort") << 101325.0 << 0.0 << 0.0 << 20123 << 1013.25;

@@ -4,6 +4,7 @@
 #include "log/DataSource.h"
 #include "nmea/NmeaSourceType.h"
 #include "tests/log/ReaderFixture.h"
+#include "tests/support/Columns.h"
 #include "util/Pressure.h"
 #include "util/SettingKeys.h"
 #include "util/StatePublisher.h"
@@ -94,11 +95,7 @@ private slots:
 
     void shownPressureFollowsOffsetLevelAndUnit_data()
     {
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<int>("level");
-        QTest::addColumn<double>("elevation");
-        QTest::addColumn<double>("hpa");
-        QTest::addColumn<double>("inUnit");
+        Columns::add<int, int, double, double, double>("unit", "level", "elevation", "hpa", "inUnit");
         const double station = 1013.2 + 1.5;
         const double sea = station / Pressure::seaLevelFactor(120.0);
         QTest::newRow("millibars at the station") << int(Pressure::Mb) << 1 << 120.0 << station << station;

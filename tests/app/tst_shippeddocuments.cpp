@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BackEnd.h"
+#include "tests/support/Columns.h"
 #include "tests/support/LogFixture.h"
 
 #include <QtCore/QFile>
@@ -33,9 +34,7 @@ private:
 private slots:
     void documents_data()
     {
-        QTest::addColumn<QString>("which");
-        QTest::addColumn<int>("language");
-        QTest::addColumn<QString>("mustSay");
+        Columns::add<QString, int, QString>("which", "language", "mustSay");
         QTest::newRow("help") << "help" << 0 << "Troubleshooting";
         QTest::newRow("help, French user") << "help" << 1 << "Troubleshooting";
         QTest::newRow("policy, English") << "policy" << 0 << "collects nothing else";

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Startup.h"
+#include "tests/support/Columns.h"
 #include "tests/support/TestDataFolder.h"
 #include "util/Util.h"
 
@@ -21,9 +22,7 @@ private slots:
 
     void ascendStopsAtTheRoot_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<int>("levels");
-        QTest::addColumn<QString>("expected");
+        Columns::add<QString, int, QString>("path", "levels", "expected");
         QTest::newRow("an executable at the top of a shallow path ends at the root")
                 << "/Brinholt" << 3 << "/";
         QTest::newRow("the root stays the root") << "/" << 3 << "/";
@@ -49,10 +48,7 @@ private slots:
 
     void firstStartDecidesByHostLanguage_data()
     {
-        QTest::addColumn<int>("host");
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<int>("storedLanguage");
-        QTest::addColumn<int>("storedDateOrder");
+        Columns::add<int, QString, int, int>("host", "language", "storedLanguage", "storedDateOrder");
         QTest::newRow("a French host starts in French with date order 1")
                 << int(QLocale::French) << "fr" << 1 << 1;
         QTest::newRow("an English host starts in English with date order 0")
@@ -77,9 +73,7 @@ private slots:
 
     void storedLanguageDecides_data()
     {
-        QTest::addColumn<int>("stored");
-        QTest::addColumn<int>("host");
-        QTest::addColumn<QString>("language");
+        Columns::add<int, int, QString>("stored", "host", "language");
         QTest::newRow("0 is English even on a French host") << 0 << int(QLocale::French) << "en";
         QTest::newRow("1 is French") << 1 << int(QLocale::English) << "fr";
         QTest::newRow("7 is taken for French") << 7 << int(QLocale::English) << "fr";
@@ -103,8 +97,7 @@ private slots:
 
     void storedDateOrderIsLeftAlone_data()
     {
-        QTest::addColumn<int>("language");
-        QTest::addColumn<int>("dateOrder");
+        Columns::add<int, int>("language", "dateOrder");
         QTest::newRow("0 kept with French") << 1 << 0;
         QTest::newRow("1 kept with English") << 0 << 1;
         QTest::newRow("an out-of-range 5 kept") << 0 << 5;

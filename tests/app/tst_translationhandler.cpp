@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/TranslationHandler.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/TestDataFolder.h"
 
@@ -58,6 +59,17 @@ bool copyCatalogues(const TestDataFolder& folder)
     return true;
 }
 
+// A handler over an engine of its own, in a fresh data folder.
+struct Handled
+{
+    // The built catalogues into the folder, where the handler looks for them.
+    bool copyCatalogues() { return ::copyCatalogues(folder); }
+
+    TestDataFolder folder;
+    QQmlApplicationEngine engine;
+    TranslationHandler handler{&engine};
+};
+
 // Whether a catalogue file brings texts; empty ones are installed without an event.
 bool carriesTexts(const QString& path)
 {
@@ -97,8 +109,7 @@ private slots:
 
     void firstSelectionRemovesNothing_data()
     {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QStringList>("files");
+        Columns::add<QString, QStringList>("language", "files");
         QTest::newRow("French") << "fr" << QStringList{"Brinholt_fr_FR.qm", "qt_fr.qm", "qtbase_fr.qm"};
         QTest::newRow("English") << "en" << QStringList{"Brinholt_en_US.qm"};
     }
@@ -107,22 +118,20 @@ private slots:
     {
         QFETCH(QString, language);
         QFETCH(QStringList, files);
-        TestDataFolder folder;
-        QVERIFY(copyCatalogues(folder));
+        Handled h;
+        QVERIFY(h.copyCatalogues());
         ForeignTranslator foreign;
         QVERIFY(QCoreApplication::installTranslator(&foreign));
-        QQmlApplicationEngine engine;
-        TranslationHandler handler(&engine);
-        QSignalSpy changed(&handler, &TranslationHandler::languageChanged);
+        QSignalSpy changed(&h.handler, &TranslationHandler::languageChanged);
         LanguageChanges events;
 
-        handler.selectLanguage(language);
+        h.handler.selectLanguage(language);
         QCOMPARE(changed.count(), 1);
-        QCOMPARE(handler.getCurrentLanguage(), language);
+        QCOMPARE(h.handler.getCurrentLanguage(), language);
         // Only installations: each file that carries texts once, and no removal.
         int installs = 0;
         for (const QString& file : files)
-            installs += carriesTexts(folder.filePath(file)) ? 1 : 0;
+            installs += carriesTexts(h.folder.filePath(file)) ? 1 : 0;
         QCOMPARE(events.count, installs);
         QCOMPARE(QCoreApplication::translate("Foreign", "hello"), QStringLiteral("foreign hello"));
         QCoreApplication::removeTranslator(&foreign);
@@ -130,40 +139,36 @@ private slots:
 
     void frenchTwiceDoesNothingTheSecondTime()
     {
-        TestDataFolder folder;
-        QVERIFY(copyCatalogues(folder));
-        QQmlApplicationEngine engine;
-        TranslationHandler handler(&engine);
-        QSignalSpy changed(&handler, &TranslationHandler::languageChanged);
-        handler.selectLanguage("fr");
+        Handled h;
+        QVERIFY(h.copyCatalogues());
+        QSignalSpy changed(&h.handler, &TranslationHandler::languageChanged);
+        h.handler.selectLanguage("fr");
         QCOMPARE(changed.count(), 1);
         QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), SeaLevelFr);
 
         MessageLog messages;
         LanguageChanges events;
-        handler.selectLanguage("fr");
+        h.handler.selectLanguage("fr");
         QCOMPARE(changed.count(), 1);
         QCOMPARE(events.count, 0);
         QCOMPARE(messages.count("translator"), 0);
-        QCOMPARE(handler.getCurrentLanguage(), QStringLiteral("fr"));
+        QCOMPARE(h.handler.getCurrentLanguage(), QStringLiteral("fr"));
         QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), SeaLevelFr);
     }
 
     void frenchThenEnglishLeavesOnlyTheApplicationCatalogue()
     {
-        TestDataFolder folder;
-        QVERIFY(copyCatalogues(folder));
-        QQmlApplicationEngine engine;
-        TranslationHandler handler(&engine);
-        QSignalSpy changed(&handler, &TranslationHandler::languageChanged);
-        handler.selectLanguage("fr");
+        Handled h;
+        QVERIFY(h.copyCatalogues());
+        QSignalSpy changed(&h.handler, &TranslationHandler::languageChanged);
+        h.handler.selectLanguage("fr");
         QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), SeaLevelFr);
         QCOMPARE(qtBaseCancel(), QStringLiteral("Annuler"));
         QCOMPARE(QLocale().name(), QStringLiteral("fr_FR"));
 
-        handler.selectLanguage("en");
+        h.handler.selectLanguage("en");
         QCOMPARE(changed.count(), 2);
-        QCOMPARE(handler.getCurrentLanguage(), QStringLiteral("en"));
+        QCOMPARE(h.handler.getCurrentLanguage(), QStringLiteral("en"));
         QCOMPARE(QLocale().name(), QStringLiteral("en_US"));
         // The library's texts are back in English, and so are ours...
         QCOMPARE(qtBaseCancel(), QStringLiteral("Cancel"));
@@ -174,13 +179,11 @@ private slots:
 
     void englishThenFrenchSwapsBack()
     {
-        TestDataFolder folder;
-        QVERIFY(copyCatalogues(folder));
-        QQmlApplicationEngine engine;
-        TranslationHandler handler(&engine);
-        handler.selectLanguage("en");
+        Handled h;
+        QVERIFY(h.copyCatalogues());
+        h.handler.selectLanguage("en");
         MessageLog messages;
-        handler.selectLanguage("fr");
+        h.handler.selectLanguage("fr");
         QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), SeaLevelFr);
         QCOMPARE(qtBaseCancel(), QStringLiteral("Annuler"));
         QCOMPARE(messages.count("translator brinholt empty ? false"), 1);
@@ -195,62 +198,56 @@ private slots:
 
     void unknownCodeIsOnlySignalled()
     {
-        TestDataFolder folder;
-        QVERIFY(copyCatalogues(folder));
-        QQmlApplicationEngine engine;
-        TranslationHandler handler(&engine);
-        handler.selectLanguage("fr");
-        QSignalSpy changed(&handler, &TranslationHandler::languageChanged);
+        Handled h;
+        QVERIFY(h.copyCatalogues());
+        h.handler.selectLanguage("fr");
+        QSignalSpy changed(&h.handler, &TranslationHandler::languageChanged);
         LanguageChanges events;
         MessageLog messages;
-        handler.selectLanguage("de");
+        h.handler.selectLanguage("de");
         QCOMPARE(changed.count(), 1);
-        QCOMPARE(handler.getCurrentLanguage(), QStringLiteral("fr"));
+        QCOMPARE(h.handler.getCurrentLanguage(), QStringLiteral("fr"));
         QCOMPARE(events.count, 0);
         QCOMPARE(messages.count("translator"), 0);
         QCOMPARE(QLocale().name(), QStringLiteral("fr_FR"));
         QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), SeaLevelFr);
         QCOMPARE(qtBaseCancel(), QStringLiteral("Annuler"));
         // Asked again, it is still not the current language, so it is signalled again.
-        handler.selectLanguage("de");
+        h.handler.selectLanguage("de");
         QCOMPARE(changed.count(), 2);
     }
 
     void withoutCataloguesTheSwitchStillHappens()
     {
-        TestDataFolder folder; // empty
-        QQmlApplicationEngine engine;
-        TranslationHandler handler(&engine);
-        QSignalSpy changed(&handler, &TranslationHandler::languageChanged);
+        Handled h; // with no catalogue in its folder
+        QSignalSpy changed(&h.handler, &TranslationHandler::languageChanged);
         MessageLog messages;
-        handler.selectLanguage("fr");
+        h.handler.selectLanguage("fr");
         QCOMPARE(changed.count(), 1);
-        QCOMPARE(handler.getCurrentLanguage(), QStringLiteral("fr"));
+        QCOMPARE(h.handler.getCurrentLanguage(), QStringLiteral("fr"));
         QCOMPARE(messages.count("translator qtbase empty ? true"), 1);
         QCOMPARE(messages.count("translator qt empty ? true"), 1);
         QCOMPARE(messages.count("translator brinholt empty ? true"), 1);
         // The texts stay in English, the numbers follow the new locale.
         QCOMPARE(QCoreApplication::translate("BaroH", SeaLevel), QString::fromLatin1(SeaLevel));
         QCOMPARE(QLocale().toString(1.5), QStringLiteral("1,5"));
-        handler.selectLanguage("en");
+        h.handler.selectLanguage("en");
         QCOMPARE(changed.count(), 2);
         QCOMPARE(QLocale().toString(1.5), QStringLiteral("1.5"));
     }
 
     void livePagesAreRetranslated()
     {
-        TestDataFolder folder;
-        QVERIFY(copyCatalogues(folder));
-        QQmlApplicationEngine engine;
-        TranslationHandler handler(&engine);
-        engine.loadData("import QtQml 2.15\n"
-                        "QtObject { property string caption: qsTranslate(\"BaroH\", \"Sea Level Pressure (QNH)\") }");
-        QCOMPARE(engine.rootObjects().size(), 1);
-        QObject* page = engine.rootObjects().first();
+        Handled h;
+        QVERIFY(h.copyCatalogues());
+        h.engine.loadData("import QtQml 2.15\n"
+                          "QtObject { property string caption: qsTranslate(\"BaroH\", \"Sea Level Pressure (QNH)\") }");
+        QCOMPARE(h.engine.rootObjects().size(), 1);
+        QObject* page = h.engine.rootObjects().first();
         QCOMPARE(page->property("caption").toString(), QString::fromLatin1(SeaLevel));
-        handler.selectLanguage("fr");
+        h.handler.selectLanguage("fr");
         QCOMPARE(page->property("caption").toString(), SeaLevelFr);
-        handler.selectLanguage("en");
+        h.handler.selectLanguage("en");
         QCOMPARE(page->property("caption").toString(), QString::fromLatin1(SeaLevel));
     }
 };

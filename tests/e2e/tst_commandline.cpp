@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/AppProcess.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -76,8 +77,7 @@ private slots:
 
     void exportsByExtension_data()
     {
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("name");
+        Columns::add<QString, QString>("table", "name");
         QTest::newRow("CSV by name") << QStringLiteral("BARO30M") << QStringLiteral("out.csv");
         QTest::newRow("GPX by number") << QStringLiteral("0") << QStringLiteral("out.gpx");
         QTest::newRow("PNG in any case") << QStringLiteral("baro30m") << QStringLiteral("out.png");
@@ -132,9 +132,7 @@ private slots:
 
     void badArgumentsSayWhyAndFail_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("message");
+        Columns::add<QStringList, int, QString>("arguments", "status", "message");
         QTest::newRow("unknown table") << QStringList{"--export", "BARO5H", "/tmp/x.csv"} << 2
                                        << QStringLiteral("Unknown table BARO5H");
         QTest::newRow("table number out of range") << QStringList{"--export", "9", "/tmp/x.csv"} << 2

@@ -2,6 +2,7 @@
 #include "tests/pages/PageDriver.h"
 #include "tests/pages/PageHarness.h"
 #include "tests/support/AppProcess.h"
+#include "tests/support/Columns.h"
 #include "tests/support/TestDataFolder.h"
 
 #include <QtCore/QElapsedTimer>
@@ -110,8 +111,7 @@ private slots:
 
     void endBySignalKeepsThePageEdits_data()
     {
-        QTest::addColumn<int>("clicks");
-        QTest::addColumn<QString>("page");
+        Columns::add<int, QString>("clicks", "page");
         QTest::newRow("graph page") << 0 << QString("BaroSwipe");
         QTest::newRow("settings page") << 1 << QString("settings");
         QTest::newRow("connections page") << 2 << QString("settingsConnections");

@@ -82,6 +82,13 @@ void ReaderFixture::setClock(qint64 secs)
     Clock::setFixedSecsSinceEpoch(secs);
 }
 
+bool ReaderFixture::fire(qint64 time, double hPa, int counter)
+{
+    setClock(time);
+    setPressure(hPa);
+    return log().addData(counter, 0.0, 0.0, 0.0, 0.0, hPa);
+}
+
 void ReaderFixture::insert(int table, const LogRow& row)
 {
     insert(table, QVector<LogRow>{row});

@@ -48,6 +48,17 @@ struct LogRow
     double ofs = 0.0;
 };
 
+// A row at `time` with its pressure, elevation and offset; the position columns stay zero.
+inline LogRow rowAt(qint64 time, double pre, double ele = 0.0, double ofs = 0.0)
+{
+    LogRow row;
+    row.time = time;
+    row.pre = pre;
+    row.ele = ele;
+    row.ofs = ofs;
+    return row;
+}
+
 // The log fixture with what the readers' tests need beside it: the clock fixed, rows put
 // straight into the tables, and the "file" scheme caught so that no viewer starts.
 class ReaderFixture
@@ -55,11 +66,12 @@ class ReaderFixture
 public:
     ReaderFixture();
     ~ReaderFixture();
-    ReaderFixture(const ReaderFixture&) = delete;
-    ReaderFixture& operator=(const ReaderFixture&) = delete;
+    Q_DISABLE_COPY(ReaderFixture)
 
     // 14:03:22 UTC on 5 November 2026.
     static constexpr qint64 ExampleTime = 1793887402;
+    // The table the trend and the warning are read against.
+    static constexpr int Baro3h = 1;
     // The row used throughout the CSV and GPX examples.
     static LogRow exampleRow();
 
@@ -75,6 +87,9 @@ public:
     // The current reading, as the serial source delivers it; -2000.0 makes it go away.
     void setPressure(double hPa);
     void setClock(qint64 secs);
+    // One firing of the sampling tick at `time` with `hPa` current, its counter at `counter`
+    // (which decides the tables written); whether the log took it.
+    bool fire(qint64 time, double hPa, int counter);
 
     void insert(int table, const LogRow& row);
     void insert(int table, const QVector<LogRow>& rows);

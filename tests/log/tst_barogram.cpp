@@ -5,6 +5,7 @@
 #include "app/BackEnd.h"
 #include "log/Barogram.h"
 #include "log/DataSource.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDir>
@@ -247,8 +248,7 @@ private slots:
 
     void titleNamesTheSpan_data()
     {
-        QTest::addColumn<int>("table");
-        QTest::addColumn<QString>("title");
+        Columns::add<int, QString>("table", "title");
         QTest::newRow("30 minutes") << 0 << QStringLiteral("Barogram of 30 minutes");
         QTest::newRow("1 day") << 4 << QStringLiteral("Barogram of 1 day");
         QTest::newRow("16 days") << 8 << QStringLiteral("Barogram of 16 days");

@@ -8,16 +8,6 @@
 
 #include <cmath>
 
-static LogRow rowAt(qint64 time, double pre, double ele = 0.0, double ofs = 0.0)
-{
-    LogRow row;
-    row.time = time;
-    row.pre = pre;
-    row.ele = ele;
-    row.ofs = ofs;
-    return row;
-}
-
 // The log pages' list of rows, and the deletion of one row, one table or all.
 class TestBrowsing : public QObject
 {

@@ -2,6 +2,7 @@
 #include "ReaderFixture.h"
 
 #include "log/DataSource.h"
+#include "tests/support/Columns.h"
 
 #include <QtCharts/QLineSeries>
 #include <QtTest/QtTest>
@@ -44,16 +45,6 @@ static ChartResult drawChart(ReaderFixture& fx, int chartNb)
                      });
     fx.log().updateChart(chartNb);
     return result;
-}
-
-static LogRow rowAt(qint64 time, double pre, double ele = 0.0, double ofs = 0.0)
-{
-    LogRow row;
-    row.time = time;
-    row.pre = pre;
-    row.ele = ele;
-    row.ofs = ofs;
-    return row;
 }
 
 // The rule for a row's shown pressure at sea level.
@@ -105,9 +96,7 @@ private slots:
 
     void pauseBreaksTheCurveOnlyBeyondTheGapLimit_data()
     {
-        QTest::addColumn<int>("table");
-        QTest::addColumn<int>("gap");
-        QTest::addColumn<int>("seriesCount");
+        Columns::add<int, int, int>("table", "gap", "seriesCount");
         QTest::newRow("BARO30M: a pause of exactly 4 s doesn't break") << 0 << 4 << 1;
         QTest::newRow("BARO30M: 5 s breaks") << 0 << 5 << 2;
         QTest::newRow("BARO3H: a pause of exactly 9 s doesn't break") << 1 << 9 << 1;
@@ -185,9 +174,7 @@ private slots:
 
     void xUnitFollowsTheTable_data()
     {
-        QTest::addColumn<int>("table");
-        QTest::addColumn<int>("age");
-        QTest::addColumn<double>("x");
+        Columns::add<int, int, double>("table", "age", "x");
         QTest::newRow("BARO30M in minutes") << 0 << 120 << -2.0;
         QTest::newRow("BARO3H in hours") << 1 << 1800 << -0.5;
         QTest::newRow("BARO2D in hours") << 5 << 7200 << -2.0;
@@ -264,8 +251,7 @@ private slots:
 
     void valuesAreInTheChosenUnitWithTwoDecimals_data()
     {
-        QTest::addColumn<int>("unitPre");
-        QTest::addColumn<double>("y");
+        Columns::add<int, double>("unitPre", "y");
         QTest::newRow("mb") << 0 << 1013.27;
         QTest::newRow("hPa") << 1 << 1013.27;
         QTest::newRow("kPa") << 2 << qRound(1013.27 * 0.1 * 100) / 100.0;
@@ -288,10 +274,7 @@ private slots:
 
     void boundsFollowTheRange_data()
     {
-        QTest::addColumn<double>("low");
-        QTest::addColumn<double>("high");
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
+        Columns::add<double, double, double, double>("low", "high", "min", "max");
         QTest::newRow("a range of 1.0 or more goes to whole numbers") << 1012.37 << 1013.52 << 1012.0 << 1014.0;
         QTest::newRow("a range of exactly 1.0") << 1012.25 << 1013.25 << 1012.0 << 1014.0;
         QTest::newRow("a range of 0.5 or more widens below by 0.1") << 1012.3 << 1012.9 << 1012.2 << 1012.9;

@@ -2,21 +2,12 @@
 #include "ReaderFixture.h"
 
 #include "log/DataSource.h"
+#include "tests/support/Columns.h"
 #include "util/Util.h"
 
 #include <QtTest/QtTest>
 
 #include <cmath>
-
-static LogRow rowAt(qint64 time, double pre, double ele = 0.0, double ofs = 0.0)
-{
-    LogRow row;
-    row.time = time;
-    row.pre = pre;
-    row.ele = ele;
-    row.ofs = ofs;
-    return row;
-}
 
 static const QString SevenBlanks = QStringLiteral("&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;");
 
@@ -46,9 +37,7 @@ private:
 private slots:
     void onARowGivesThatRowInTheCurrentLevelAndUnit_data()
     {
-        QTest::addColumn<int>("preDisplay");
-        QTest::addColumn<int>("unitPre");
-        QTest::addColumn<double>("expected");
+        Columns::add<int, int, double>("preDisplay", "unitPre", "expected");
         const double station = 1012.31 + 0.5;
         const double seaLevel = station / std::pow(10.0 * -22.55687745833333 / 1000000 + 1.0, 5.2561);
         QTest::newRow("sea level in mb") << 0 << 0 << qRound(seaLevel * 100) / 100.0;
@@ -94,9 +83,7 @@ private slots:
 
     void breakInTheLogGivesTheMark_data()
     {
-        QTest::addColumn<int>("table");
-        QTest::addColumn<int>("gap");
-        QTest::addColumn<bool>("hasValue");
+        Columns::add<int, int, bool>("table", "gap", "hasValue");
         const int limits[] = {62, 66, 72, 84, 108, 156, 252, 300, 300};
         for (int table = 0; table < 9; ++table) {
             const QString name = ReaderFixture::tableName(table);
@@ -146,8 +133,7 @@ private slots:
 
     void markStaysNegativeInEveryUnit_data()
     {
-        QTest::addColumn<int>("unitPre");
-        QTest::addColumn<double>("mark");
+        Columns::add<int, double>("unitPre", "mark");
         QTest::newRow("mb") << 0 << -1000.0;
         QTest::newRow("kPa") << 2 << -100.0;
         QTest::newRow("inches of mercury give -29.53") << 3 << -29.53;

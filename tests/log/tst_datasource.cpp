@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
+#include "tests/support/Columns.h"
 #include "tests/support/LogFixture.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/TestDataFolder.h"
@@ -139,8 +140,7 @@ private slots:
 
     void writeDecisionByTick_data()
     {
-        QTest::addColumn<int>("tick");
-        QTest::addColumn<QList<int>>("tables");
+        Columns::add<int, QList<int>>("tick", "tables");
         QTest::newRow("tick 0 writes nothing") << 0 << QList<int>();
         QTest::newRow("tick 2 writes the 2-second table") << 2 << QList<int>({0});
         QTest::newRow("tick 6 writes tables 0 and 1") << 6 << QList<int>({0, 1});

@@ -3,6 +3,7 @@
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -92,7 +93,8 @@ public:
     bool isEmpty() const override { return false; }
 };
 
-LogRow rowAt(qint64 time, double lon, double lat, double ele = 10.0)
+// The example row, moved in time and place.
+LogRow exampleAt(qint64 time, double lon, double lat, double ele = 10.0)
 {
     LogRow row = ReaderFixture::exampleRow();
     row.time = time;
@@ -110,6 +112,19 @@ void exampleSettings(ReaderFixture& fx)
     fx.setSetting(QStringLiteral("precision"), 1);
     fx.setSetting(QStringLiteral("formatMMDD"), 0);
     fx.setSetting(QStringLiteral("timeFormat"), 0);
+}
+
+// Puts the example row in BARO3H and exports that table to `name` in the data folder, as
+// CSV or as GPX; the file's path.
+QString exportExample(ReaderFixture& fx, const QString& name, bool gpx = false)
+{
+    fx.insert(1, ReaderFixture::exampleRow());
+    const QString target = fx.path(name);
+    if (gpx)
+        fx.log().exportGpx(1, target);
+    else
+        fx.log().exportCsv(1, target);
+    return target;
 }
 
 } // namespace
@@ -179,8 +194,7 @@ private slots:
 
     void nameDecidesTheFormat_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("gpx");
+        Columns::add<QString, bool>("name", "gpx");
         QTest::newRow("lower-case .gpx gives GPX") << QStringLiteral("a.gpx") << true;
         QTest::newRow("upper-case .GPX gives CSV") << QStringLiteral("a.GPX") << false;
         QTest::newRow("no extension gives CSV") << QStringLiteral("a") << false;
@@ -202,14 +216,22 @@ private slots:
 
     // ---- CSV --------------------------------------------------------------------------
 
+    void csvExampleInEnglish_data()
+    {
+        QTest::addColumn<int>("language");
+        QTest::newRow("language 0") << 0;
+        // Only 1 is French: any other stored value, a stale or hand-edited one included,
+        // gives the comma-separated file with decimal points.
+        QTest::newRow("language 7 is the English form") << 7;
+    }
+
     void csvExampleInEnglish()
     {
+        QFETCH(int, language);
         ReaderFixture fx;
         exampleSettings(fx);
-        fx.setSetting(QStringLiteral("language"), 0);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("example.csv"));
-        fx.log().exportCsv(1, target);
+        fx.setSetting(QStringLiteral("language"), language);
+        const QString target = exportExample(fx, QStringLiteral("example.csv"));
         QCOMPARE(readAll(target), (EnglishHeader + QLatin1Char('\n') + ExampleLine + QLatin1Char('\n')).toLatin1());
     }
 
@@ -219,9 +241,7 @@ private slots:
         exampleSettings(fx);
         fx.setSetting(QStringLiteral("language"), 1);
         QLocale::setDefault(QLocale(QStringLiteral("fr_FR")));
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("exemple.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("exemple.csv"));
         // No catalogue is loaded: the header stays in its source text, with its ";".
         QCOMPARE(lines(target),
                  (QStringList{QStringLiteral("Date (UTC);Latitude;Longitude;Station pressure (mb);"
@@ -230,27 +250,12 @@ private slots:
                                              "10,00;245;6,4")}));
     }
 
-    void csvWithLanguageSevenIsTheEnglishForm()
-    {
-        // Only 1 is French: any other stored value, a stale or hand-edited one included,
-        // gives the comma-separated file with decimal points.
-        ReaderFixture fx;
-        exampleSettings(fx);
-        fx.setSetting(QStringLiteral("language"), 7);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("example.csv"));
-        fx.log().exportCsv(1, target);
-        QCOMPARE(readAll(target), (EnglishHeader + QLatin1Char('\n') + ExampleLine + QLatin1Char('\n')).toLatin1());
-    }
-
     void csvExampleMonthFirst()
     {
         ReaderFixture fx;
         exampleSettings(fx);
         fx.setSetting(QStringLiteral("formatMMDD"), 1);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("example.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("example.csv"));
         QCOMPARE(lines(target).value(1),
                  QStringLiteral("14:03:22 (UTC) Nov 05  2026,47.60620,-122.33210,1012.8,1014.0,0.5,10.00,245,6.4"));
     }
@@ -269,9 +274,7 @@ private slots:
     {
         ReaderFixture fx;
         QVERIFY(!fx.backend().getSettings()->contains(QStringLiteral("timeZone")));
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("zone.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("zone.csv"));
         QCOMPARE(lines(target).value(0), EnglishHeader);
         QVERIFY2(lines(target).value(1).startsWith(QStringLiteral("06:03:22 (UTC-08:00) 05 Nov 2026,")),
                  qPrintable(lines(target).value(1)));
@@ -292,9 +295,7 @@ private slots:
         ReaderFixture fx;
         exampleSettings(fx);
         fx.setSetting(QStringLiteral("unitPre"), 7);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("unit.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("unit.csv"));
         QCOMPARE(lines(target),
                  (QStringList{QStringLiteral("Date (UTC),Latitude,Longitude,Station pressure (),Sea Level Pressure (),"
                                              "Offset (),Elevation (m),COG(T),SOG(kts)"),
@@ -303,9 +304,7 @@ private slots:
 
     void csvPressureUnitWords_data()
     {
-        QTest::addColumn<int>("unitPre");
-        QTest::addColumn<QString>("word");
-        QTest::addColumn<QString>("pressures");
+        Columns::add<int, QString, QString>("unitPre", "word", "pressures");
         QTest::newRow("hPa") << 1 << QStringLiteral("hPa") << QStringLiteral("1012.8,1014.0,0.5");
         QTest::newRow("kPa") << 2 << QStringLiteral("kPa") << QStringLiteral("101.3,101.4,0.1");
         QTest::newRow("inHg") << 3 << QStringLiteral("inHg") << QStringLiteral("29.91,29.94,0.01");
@@ -320,9 +319,7 @@ private slots:
         ReaderFixture fx;
         exampleSettings(fx);
         fx.setSetting(QStringLiteral("unitPre"), unitPre);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("unit.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("unit.csv"));
         QCOMPARE(lines(target).value(0),
                  QStringLiteral("Date (UTC),Latitude,Longitude,Station pressure (%1),Sea Level Pressure (%1),"
                                 "Offset (%1),Elevation (m),COG(T),SOG(kts)")
@@ -336,9 +333,7 @@ private slots:
         ReaderFixture fx;
         exampleSettings(fx);
         fx.setSetting(QStringLiteral("unitEle"), 1);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("feet.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportExample(fx, QStringLiteral("feet.csv"));
         QCOMPARE(lines(target),
                  (QStringList{QStringLiteral("Date (UTC),Latitude,Longitude,Station pressure (mb),Sea Level Pressure (mb),"
                                              "Offset (mb),Elevation (ft),COG(T),SOG(kts)"),
@@ -349,7 +344,7 @@ private slots:
     {
         ReaderFixture fx;
         exampleSettings(fx);
-        fx.insert(1, rowAt(Now, 151.2153, -33.8568));
+        fx.insert(1, exampleAt(Now, 151.2153, -33.8568));
         const QString target = fx.path(QStringLiteral("south.csv"));
         fx.log().exportCsv(1, target);
         QVERIFY2(lines(target).value(1).startsWith(QStringLiteral("14:03:22 (UTC) 05 Nov 2026,-33.85680,151.21530,")),
@@ -376,10 +371,10 @@ private slots:
     {
         ReaderFixture fx;
         exampleSettings(fx);
-        LogRow older = rowAt(Now - 6, 0.0, 0.0, 0.0);
+        LogRow older = exampleAt(Now - 6, 0.0, 0.0, 0.0);
         older.cog = 245.5;
         older.sog = 0.04;
-        LogRow newer = rowAt(Now, 2.5, 1.25, 0.0);
+        LogRow newer = exampleAt(Now, 2.5, 1.25, 0.0);
         newer.cog = 6.6;
         fx.insert(1, {older, newer});
         const QString target = fx.path(QStringLiteral("rows.csv"));
@@ -417,15 +412,28 @@ private slots:
         QCOMPARE(readAll(target), (EnglishHeader + QLatin1Char('\n')).toLatin1());
     }
 
-    void csvFailedQueryTouchesNoFile()
+    void failedQueryTouchesNoFile_data()
     {
+        Columns::add<bool, int, QString>("gpx", "table", "name");
+        QTest::newRow("CSV") << false << 4 << QStringLiteral("BARO1D");
+        QTest::newRow("GPX uses the CSV wording") << true << 1 << QStringLiteral("BARO3H");
+    }
+
+    void failedQueryTouchesNoFile()
+    {
+        QFETCH(bool, gpx);
+        QFETCH(int, table);
+        QFETCH(QString, name);
         ReaderFixture fx;
-        fx.execute(QStringLiteral("DROP TABLE BARO1D"));
+        fx.execute(QStringLiteral("DROP TABLE ") + name);
         fx.messages.clear();
-        fx.log().exportCsv(4);
+        if (gpx)
+            fx.log().exportGpx(table);
+        else
+            fx.log().exportCsv(table);
         QCOMPARE(fx.messages.messages().size(), 1);
         QVERIFY(fx.messages.messages().first().startsWith(QStringLiteral("db query error in Csv ")));
-        QVERIFY(fx.messages.messages().first().endsWith(QStringLiteral(" SELECT * FROM BARO1D ORDER BY TIME DESC")));
+        QVERIFY(fx.messages.messages().first().endsWith(QStringLiteral(" SELECT * FROM %1 ORDER BY TIME DESC").arg(name)));
         QVERIFY(exportFiles().isEmpty());
         QVERIFY(fx.viewer.urls.isEmpty());
         // The lock was released.
@@ -478,7 +486,7 @@ private slots:
     void gpxOfRowsWithoutAFixHasNoTrackPointsAndIsOpened()
     {
         ReaderFixture fx;
-        fx.insert(1, {rowAt(Now, 0.0, 0.0), rowAt(Now - 6, 0.0, 0.0)});
+        fx.insert(1, {exampleAt(Now, 0.0, 0.0), exampleAt(Now - 6, 0.0, 0.0)});
         const QString target = fx.path(QStringLiteral("nofix.gpx"));
         fx.log().exportGpx(1, target);
         QCOMPARE(lines(target), (QStringList{GpxRoot, QStringLiteral("<trk>"), QStringLiteral("<name>BARO3H</name>"),
@@ -490,9 +498,9 @@ private slots:
     void gpxSkipsRowsOnTheEquatorOrThePrimeMeridian()
     {
         ReaderFixture fx;
-        fx.insert(1, {rowAt(Now, 0.0, 47.5), rowAt(Now - 6, -122.5, 0.0), rowAt(Now - 12, 1e-12, 47.5),
-                      rowAt(Now - 18, -122.5, -1e-12), rowAt(Now - 24, 2e-12, -2e-12),
-                      rowAt(Now - 30, -122.5, 47.5)});
+        fx.insert(1, {exampleAt(Now, 0.0, 47.5), exampleAt(Now - 6, -122.5, 0.0), exampleAt(Now - 12, 1e-12, 47.5),
+                      exampleAt(Now - 18, -122.5, -1e-12), exampleAt(Now - 24, 2e-12, -2e-12),
+                      exampleAt(Now - 30, -122.5, 47.5)});
         const QString target = fx.path(QStringLiteral("skips.gpx"));
         fx.log().exportGpx(1, target);
         const QStringList text = lines(target);
@@ -508,9 +516,7 @@ private slots:
     {
         ReaderFixture fx;
         fx.setSetting(QStringLiteral("unitEle"), 1);
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("feet.gpx"));
-        fx.log().exportGpx(1, target);
+        const QString target = exportExample(fx, QStringLiteral("feet.gpx"), true);
         QCOMPARE(lines(target).value(5), QStringLiteral("<ele>10.00</ele>"));
     }
 
@@ -519,9 +525,7 @@ private slots:
         ReaderFixture fx;
         fx.setSetting(QStringLiteral("language"), 1);
         QLocale::setDefault(QLocale(QStringLiteral("fr_FR")));
-        fx.insert(1, ReaderFixture::exampleRow());
-        const QString target = fx.path(QStringLiteral("exemple.gpx"));
-        fx.log().exportGpx(1, target);
+        const QString target = exportExample(fx, QStringLiteral("exemple.gpx"), true);
         QCOMPARE(lines(target).mid(4, 3),
                  (QStringList{QStringLiteral("<trkpt lat=\"47.6062000000\" lon=\"-122.3321000000\">"),
                               QStringLiteral("<ele>10.00</ele>"), QStringLiteral("<time>2026-11-05T14:03:22Z</time>")}));
@@ -558,8 +562,7 @@ private slots:
 
     void gpxIsWellFormedAndValid_data()
     {
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<bool>("withFix");
+        Columns::add<int, bool>("rows", "withFix");
         QTest::newRow("empty table") << 0 << true;
         QTest::newRow("table without a fix") << 5 << false;
         QTest::newRow("full table") << 1800 << true;
@@ -574,7 +577,7 @@ private slots:
             fx.fillTable(1, rows, Now);
         } else {
             for (int i = 0; i < rows; ++i)
-                fx.insert(1, rowAt(Now - 6 * i, 0.0, 0.0));
+                fx.insert(1, exampleAt(Now - 6 * i, 0.0, 0.0));
         }
         const QString target = fx.path(QStringLiteral("check.gpx"));
         fx.log().exportGpx(1, target);
@@ -584,21 +587,6 @@ private slots:
         QVERIFY2(xmllint({target}, &output) == 0, qPrintable(output));
         const QString schema = QStringLiteral(BRINHOLT_SOURCE_DIR "/tests/log/data/gpx-1.1.xsd");
         QVERIFY2(xmllint({QStringLiteral("--schema"), schema, target}, &output) == 0, qPrintable(output));
-    }
-
-    void gpxFailedQueryUsesTheCsvWording()
-    {
-        ReaderFixture fx;
-        fx.execute(QStringLiteral("DROP TABLE BARO3H"));
-        fx.messages.clear();
-        fx.log().exportGpx(1);
-        QCOMPARE(fx.messages.messages().size(), 1);
-        QVERIFY(fx.messages.messages().first().startsWith(QStringLiteral("db query error in Csv ")));
-        QVERIFY(fx.messages.messages().first().endsWith(QStringLiteral(" SELECT * FROM BARO3H ORDER BY TIME DESC")));
-        QVERIFY(exportFiles().isEmpty());
-        QVERIFY(fx.viewer.urls.isEmpty());
-        fx.insert(0, ReaderFixture::exampleRow());
-        QVERIFY(!fx.log().calcInfo(QPointF(0.0, 1013.0), 0).isEmpty());
     }
 
     void gpxFileThatCannotBeOpenedIsSilent()

@@ -20,35 +20,36 @@ class TestKillWriter : public QObject
     Q_OBJECT
 
 private:
-    // Starts the writer in `folder`, kills it once it has reported `rows` rows, and returns
-    // every row it reported, the last ones read after its death included.
-    static QList<qint64> runAndKill(const TestDataFolder& folder, int rows)
+    // Starts the writer in `folder`, kills it once it has reported `rows` rows, and puts in
+    // `reported` every row it reported, the last ones read after its death included. What
+    // went wrong, or nothing.
+    static QString runAndKill(const TestDataFolder& folder, int rows, QList<qint64>* reported)
     {
         QProcess writer;
         writer.setWorkingDirectory(folder.path());
         writer.start(QCoreApplication::applicationDirPath() + "/brinholt_logwriter", {"1793000000"});
         if (!writer.waitForStarted())
-            return {};
-        QList<qint64> reported;
+            return QStringLiteral("the writer did not start: ") + writer.errorString();
         QByteArray pending;
-        while (reported.size() < rows) {
+        while (reported->size() < rows) {
             if (!writer.waitForReadyRead(10000))
-                break;
+                return QStringLiteral("the writer stopped reporting rows");
             pending += writer.readAllStandardOutput();
             int end;
             while ((end = pending.indexOf('\n')) >= 0) {
-                reported << pending.left(end).toLongLong();
+                *reported << pending.left(end).toLongLong();
                 pending.remove(0, end + 1);
             }
         }
         ::kill(pid_t(writer.processId()), SIGKILL);
-        writer.waitForFinished(10000);
+        if (!writer.waitForFinished(10000))
+            return QStringLiteral("the killed writer did not end");
         pending += writer.readAllStandardOutput();
         for (const QByteArray& line : pending.split('\n')) {
             if (!line.isEmpty())
-                reported << line.toLongLong();
+                *reported << line.toLongLong();
         }
-        return reported;
+        return QString();
     }
 
 private slots:
@@ -69,29 +70,9 @@ private slots:
     {
         QFETCH(int, rowsBeforeKill);
         TestDataFolder folder;
-        QProcess writer;
-        writer.setWorkingDirectory(folder.path());
-        writer.start(QCoreApplication::applicationDirPath() + "/brinholt_logwriter", {"1793000000"});
-        QVERIFY2(writer.waitForStarted(), qPrintable(writer.errorString()));
-
         QList<qint64> reported;
-        QByteArray pending;
-        while (reported.size() < rowsBeforeKill) {
-            QVERIFY2(writer.waitForReadyRead(10000), "the writer stopped reporting rows");
-            pending += writer.readAllStandardOutput();
-            int end;
-            while ((end = pending.indexOf('\n')) >= 0) {
-                reported << pending.left(end).toLongLong();
-                pending.remove(0, end + 1);
-            }
-        }
-        ::kill(pid_t(writer.processId()), SIGKILL);
-        QVERIFY(writer.waitForFinished(10000));
-        pending += writer.readAllStandardOutput();
-        for (const QByteArray& line : pending.split('\n')) {
-            if (!line.isEmpty())
-                reported << line.toLongLong();
-        }
+        const QString failure = runAndKill(folder, rowsBeforeKill, &reported);
+        QVERIFY2(failure.isEmpty(), qPrintable(failure));
 
         QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "CHECK");
         {
@@ -124,7 +105,9 @@ void TestKillWriter::writeAheadLogOfAKilledWriterIsTakenInAtTheNextStart()
     }
     // Killed early in its first minutes of clock: the newest rows are in the log beside the
     // file, not yet in the file itself.
-    const QList<qint64> reported = runAndKill(folder, 30);
+    QList<qint64> reported;
+    const QString failure = runAndKill(folder, 30, &reported);
+    QVERIFY2(failure.isEmpty(), qPrintable(failure));
     QVERIFY(reported.size() >= 30);
     const QString path = folder.filePath("brinholt.db");
     QVERIFY(QFileInfo(path + "-wal").size() > 0);

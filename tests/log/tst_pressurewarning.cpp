@@ -5,6 +5,7 @@
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
 #include "log/PressureWarning.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QFile>
@@ -55,23 +56,16 @@ class TestPressureWarning : public QObject
 
 private:
     static constexpr qint64 Now = ReaderFixture::ExampleTime;
-    static constexpr int Baro3h = 1;
 
     // A firing that writes BARO30M and BARO3H, as the tick does every twelve seconds.
     static bool fire(ReaderFixture& fx, qint64 time, double pressure)
     {
-        fx.setClock(time);
-        fx.setPressure(pressure);
-        return fx.log().addData(6, 0.0, 0.0, 0.0, 0.0, pressure);
+        return fx.fire(time, pressure, 6);
     }
 
     static void putRow(ReaderFixture& fx, qint64 time, double pre, double ofs = 0.0)
     {
-        LogRow row;
-        row.time = time;
-        row.pre = pre;
-        row.ofs = ofs;
-        fx.insert(Baro3h, row);
+        fx.insert(ReaderFixture::Baro3h, rowAt(time, pre, 0.0, ofs));
     }
 
     static Replay replayRule(const BuoyRecord& record)
@@ -95,10 +89,7 @@ private:
 private slots:
     void judgeFollowsTheBoundsAndTheHysteresis_data()
     {
-        QTest::addColumn<int>("current");
-        QTest::addColumn<Fall>("fall3h");
-        QTest::addColumn<Fall>("fall1h");
-        QTest::addColumn<int>("expected");
+        Columns::add<int, Fall, Fall, int>("current", "fall3h", "fall1h", "expected");
 
         const Fall none;
         QTest::newRow("no fall known keeps none") << 0 << none << none << 0;
@@ -171,8 +162,7 @@ private slots:
 
     void rowsOutsideThirtySecondsGiveNoVerdict_data()
     {
-        QTest::addColumn<qint64>("age");
-        QTest::addColumn<int>("expected");
+        Columns::add<qint64, int>("age", "expected");
         // BARO3H keeps exactly three hours, so an older row is gone before it is looked for.
         QTest::newRow("aged 10800 s is accepted") << qint64(10800) << int(PressureWarning::Alarm);
         QTest::newRow("aged 10770 s is accepted") << qint64(10770) << int(PressureWarning::Alarm);
@@ -274,9 +264,7 @@ private slots:
 
     void stormsOfTheBuoyRecordWarnAndCalmWeeksDoNot_data()
     {
-        QTest::addColumn<qint64>("from");
-        QTest::addColumn<qint64>("to");
-        QTest::addColumn<int>("expected");
+        Columns::add<qint64, qint64, int>("from", "to", "expected");
         for (const BuoyRecord::Span& span : BuoyRecord::namedSpans())
             QTest::newRow(span.name) << span.from << span.to << (span.stormy ? 2 : 0);
     }

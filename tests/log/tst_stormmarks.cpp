@@ -4,6 +4,7 @@
 
 #include "log/DataSource.h"
 #include "log/StormMarks.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QDateTime>
 #include <QtTest/QtTest>
@@ -112,8 +113,7 @@ private:
 private slots:
     void toleranceIsHalfTheSpacingAndNeverUnderThirtySeconds_data()
     {
-        QTest::addColumn<int>("interval");
-        QTest::addColumn<double>("tolerance");
+        Columns::add<int, double>("interval", "tolerance");
         QTest::newRow("BARO30M") << 2 << 30.0;
         QTest::newRow("BARO3H") << 6 << 30.0;
         QTest::newRow("BARO1D, half of 48 s is less than 30") << 48 << 30.0;
@@ -133,10 +133,7 @@ private slots:
     // the table's next row: the level of that row, if any, holds until the next.
     void comparedRowMustLieWithinTheTolerance_data()
     {
-        QTest::addColumn<int>("interval");
-        QTest::addColumn<qint64>("age");
-        QTest::addColumn<double>("fall");
-        QTest::addColumn<int>("level");
+        Columns::add<int, qint64, double, int>("interval", "age", "fall", "level");
         QTest::newRow("BAR16D, 384 s beyond three hours") << 768 << qint64(10800 + 384) << 7.0 << 2;
         QTest::newRow("BAR16D, 385 s beyond three hours") << 768 << qint64(10800 + 385) << 7.0 << 0;
         QTest::newRow("BAR16D, 384 s short of three hours") << 768 << qint64(10800 - 384) << 7.0 << 2;
@@ -169,8 +166,7 @@ private slots:
     // Worked out by hand on BARO1D: steps of pressure on the hour, from hour 4 (row 300).
     void periodsFollowTheWarningsBounds_data()
     {
-        QTest::addColumn<QVector<double>>("steps");
-        QTest::addColumn<QVector<StormPeriod>>("expected");
+        Columns::add<QVector<double>, QVector<StormPeriod>>("steps", "expected");
         QTest::newRow("1.25 hPa an hour warns in the third hour, for as long as 3.6 in three hours stands")
                 << QVector<double>{1.25, 1.25, 1.25, 1.25}
                 << QVector<StormPeriod>{period(450, 600, PressureWarning::Warning)};
@@ -215,8 +211,7 @@ private slots:
 
     void breakOfTheCurveIsNeverMarked_data()
     {
-        QTest::addColumn<int>("pause");
-        QTest::addColumn<int>("periods");
+        Columns::add<int, int>("pause", "periods");
         QTest::newRow("a pause of the gap limit is no break") << 72 << 1;
         QTest::newRow("a second more is, and stays unmarked") << 73 << 2;
         QTest::newRow("two days stopped") << 172800 << 2;
@@ -307,9 +302,7 @@ private slots:
 
     void stormsOfTheBuoyRecordAreMarkedAndCalmWeeksAreNot_data()
     {
-        QTest::addColumn<qint64>("from");
-        QTest::addColumn<qint64>("to");
-        QTest::addColumn<bool>("stormy");
+        Columns::add<qint64, qint64, bool>("from", "to", "stormy");
         for (const BuoyRecord::Span& span : BuoyRecord::namedSpans())
             QTest::newRow(span.name) << span.from << span.to << span.stormy;
     }

@@ -3,6 +3,7 @@
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
+#include "tests/support/Columns.h"
 
 #include <QtTest/QtTest>
 
@@ -13,24 +14,16 @@ class TestTrend : public QObject
 
 private:
     static constexpr qint64 Now = ReaderFixture::ExampleTime;
-    static constexpr int Baro3h = 1;
 
     // One firing that writes BARO30M alone, so that BARO3H holds only what the test put there.
     static void fire(ReaderFixture& fx, qint64 time, double current)
     {
-        fx.setClock(time);
-        fx.setPressure(current);
-        QVERIFY(fx.log().addData(8, 0.0, 0.0, 0.0, 0.0, current));
+        QVERIFY(fx.fire(time, current, 8));
     }
 
     static void putRow(ReaderFixture& fx, qint64 time, double pre, double ofs = 0.0, double ele = 0.0)
     {
-        LogRow row;
-        row.time = time;
-        row.pre = pre;
-        row.ofs = ofs;
-        row.ele = ele;
-        fx.insert(Baro3h, row);
+        fx.insert(ReaderFixture::Baro3h, rowAt(time, pre, ele, ofs));
     }
 
 private slots:
@@ -49,8 +42,7 @@ private slots:
 
     void rowAgeDecidesWhetherThereIsAClass_data()
     {
-        QTest::addColumn<qint64>("age");
-        QTest::addColumn<int>("expected");
+        Columns::add<qint64, int>("age", "expected");
         QTest::newRow("a row aged exactly 3630 s is accepted") << qint64(3630) << 4;
         QTest::newRow("a row aged 3631 s gives no class") << qint64(3631) << -10;
         QTest::newRow("a row aged exactly 3570 s is accepted") << qint64(3570) << 4;
@@ -70,9 +62,7 @@ private slots:
 
     void classBySizeOfChange_data()
     {
-        QTest::addColumn<double>("hourAgo");
-        QTest::addColumn<double>("current");
-        QTest::addColumn<int>("expected");
+        Columns::add<double, double, int>("hourAgo", "current", "expected");
         QTest::newRow("change of exactly 0.0 is steady, not falling") << 1012.0 << 1012.0 << 1;
         QTest::newRow("change of -0.5 after scaling is steady, falling") << 1000.0 << 1000.0 - 0.5 / 3.0 << -1;
         QTest::newRow("1013.0 against 1012.0 changes 3.0 and rises very fast") << 1012.0 << 1013.0 << 4;
@@ -117,9 +107,7 @@ private slots:
 
     void tendencyText_data()
     {
-        QTest::addColumn<double>("threeHoursAgo");
-        QTest::addColumn<double>("current");
-        QTest::addColumn<QString>("expected");
+        Columns::add<double, double, QString>("threeHoursAgo", "current", "expected");
         QTest::newRow("a fall of 1.34 hPa shows -1.3")
                 << 1011.34 << 1010.0 << QStringLiteral("<div align='left'>-1.3 mb / 3h</div>");
         QTest::newRow("a rise has no plus sign")
@@ -143,8 +131,7 @@ private slots:
 
     void tendencyNeedsARowThreeHoursOld_data()
     {
-        QTest::addColumn<qint64>("age");
-        QTest::addColumn<bool>("shown");
+        Columns::add<qint64, bool>("age", "shown");
         QTest::newRow("aged 10830 s") << qint64(10830) << true;
         QTest::newRow("aged 10831 s") << qint64(10831) << false;
         QTest::newRow("aged 10770 s") << qint64(10770) << true;

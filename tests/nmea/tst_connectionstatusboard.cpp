@@ -9,11 +9,12 @@
 #include "nmea/NmeaSourceSerial.h"
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
+#include "tests/support/Columns.h"
+#include "tests/support/LoopbackTcpServer.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/NetworkNamespace.h"
 #include "tests/support/PseudoTerminal.h"
 #include "util/Clock.h"
-#include "tests/support/LoopbackTcpServer.h"
 
 #include <QtCore/QProcess>
 #include <QtNetwork/QTcpServer>
@@ -367,9 +368,7 @@ private slots:
 
     void outputCountsItsBroadcastAddresses_data()
     {
-        QTest::addColumn<QString>("setup");
-        QTest::addColumn<int>("count");
-        QTest::addColumn<QString>("expected");
+        Columns::add<QString, int, QString>("setup", "count", "expected");
         // v0 and v1 share a subnet: one broadcast address; their IPv6 entries add only the
         // null address, which is not counted.
         QTest::newRow("two interfaces on one subnet") << QString() << 1 << "sending to 1 broadcast address";

@@ -5,6 +5,8 @@
 
 #include "DeviceSim.h"
 #include "nmea/Nmea0183.h"
+#include "tests/support/BackEndFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/NmeaTestKit.h"
 #include "tests/support/PseudoTerminal.h"
@@ -29,23 +31,11 @@ private slots:
     void deviceAnsweringErrGivesFalse();
     void stoppedSourceSendsNothing();
     void everyNewReceiverLinksItsSerialSource();
-
-private:
-    static void startSerial(BackEnd& b, const QString& path)
-    {
-        b.setSetting(QStringLiteral("SettingSerialPort"), path);
-        b.setSetting(QStringLiteral("SettingUseSerial"), 1);
-        b.startNmea();
-    }
 };
 
 void TestDeviceCalibration::reply_data()
 {
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<double>("offset");
-    QTest::addColumn<double>("slope");
-    QTest::addColumn<double>("slopeRef");
-    QTest::addColumn<double>("pressure");
+    Columns::add<QString, double, double, double, double>("message", "offset", "slope", "slopeRef", "pressure");
 
     QTest::newRow("device example stops the timer") << "$PWEGB,CAL,1.25,10,1013.40,1012.15*3D" << 1.25 << 10.0 << 1013.4 << 1012.15;
     QTest::newRow("slope 102.5 passes as 103") << "$PWEGB,CAL,0.00,102.5,1013.25,1000.00*00" << 0.0 << 103.0
@@ -64,9 +54,8 @@ void TestDeviceCalibration::reply()
     QFETCH(double, slope);
     QFETCH(double, slopeRef);
     QFETCH(double, pressure);
-    TestDataFolder folder;
-    writeIni(quietSettings());
-    BackEnd b;
+    BackEndFixture f;
+    BackEnd& b = *f.b;
     QSignalSpy values(&b, &BackEnd::calibrationValuesReceived);
     QSignalSpy timeout(&b, &BackEnd::operationTimeout);
     MessageLog log;
@@ -86,9 +75,8 @@ void TestDeviceCalibration::reply()
 
 void TestDeviceCalibration::malformedRepliesLeaveTheTimerRunning()
 {
-    TestDataFolder folder;
-    writeIni(quietSettings());
-    BackEnd b;
+    BackEndFixture f;
+    BackEnd& b = *f.b;
     QSignalSpy values(&b, &BackEnd::calibrationValuesReceived);
     QSignalSpy timeout(&b, &BackEnd::operationTimeout);
     MessageLog log;
@@ -106,9 +94,8 @@ void TestDeviceCalibration::malformedRepliesLeaveTheTimerRunning()
 void TestDeviceCalibration::requestWithoutSerialSourceTimesOutAfterFiveSeconds()
 {
     // On the real timer.
-    TestDataFolder folder;
-    writeIni(quietSettings());
-    BackEnd b;
+    BackEndFixture f;
+    BackEnd& b = *f.b;
     QCOMPARE(b.getReceiver(), nullptr);
     QSignalSpy timeout(&b, &BackEnd::operationTimeout);
     QSignalSpy sent(&b, &BackEnd::sendCalibration);
@@ -125,9 +112,8 @@ void TestDeviceCalibration::requestWithoutSerialSourceTimesOutAfterFiveSeconds()
 
 void TestDeviceCalibration::replyAfterTheTimeoutStillArrives()
 {
-    TestDataFolder folder;
-    writeIni(quietSettings());
-    BackEnd b;
+    BackEndFixture f;
+    BackEnd& b = *f.b;
     QSignalSpy values(&b, &BackEnd::calibrationValuesReceived);
     QSignalSpy timeout(&b, &BackEnd::operationTimeout);
     b.requestCurrentCalibration();
@@ -138,9 +124,8 @@ void TestDeviceCalibration::replyAfterTheTimeoutStillArrives()
 
 void TestDeviceCalibration::commandsGoOutAsBuilt()
 {
-    TestDataFolder folder;
-    writeIni(quietSettings());
-    BackEnd b;
+    BackEndFixture f;
+    BackEnd& b = *f.b;
     QSignalSpy sent(&b, &BackEnd::sendCalibration);
     QSignalSpy timeout(&b, &BackEnd::operationTimeout);
     MessageLog log;
@@ -157,13 +142,12 @@ void TestDeviceCalibration::commandsGoOutAsBuilt()
 
 void TestDeviceCalibration::dialogueWithTheSimulatedDevice()
 {
-    TestDataFolder folder;
-    writeIni(quietSettings());
+    BackEndFixture f;
+    BackEnd& b = *f.b;
     DeviceSim device;
     const QString path = device.start({QStringLiteral("--interval"), QStringLiteral("100"), QStringLiteral("--seed"),
-                                       QStringLiteral("3"), QStringLiteral("--link"), folder.filePath("skerry")});
+                                       QStringLiteral("3"), QStringLiteral("--link"), f.folder.filePath("skerry")});
     QVERIFY(!path.isEmpty());
-    BackEnd b;
     startSerial(b, path);
     QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
 
@@ -201,12 +185,11 @@ void TestDeviceCalibration::dialogueWithTheSimulatedDevice()
 
 void TestDeviceCalibration::deviceAnsweringErrGivesFalse()
 {
-    TestDataFolder folder;
-    writeIni(quietSettings());
+    BackEndFixture f;
+    BackEnd& b = *f.b;
     DeviceSim device;
     const QString path = device.start({QStringLiteral("--interval"), QStringLiteral("100"), QStringLiteral("--err")});
     QVERIFY(!path.isEmpty());
-    BackEnd b;
     startSerial(b, path);
     QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
     QSignalSpy status(&b, &BackEnd::calibrationStatus);
@@ -226,11 +209,10 @@ void TestDeviceCalibration::deviceAnsweringErrGivesFalse()
 
 void TestDeviceCalibration::stoppedSourceSendsNothing()
 {
-    TestDataFolder folder;
-    writeIni(quietSettings());
+    BackEndFixture f;
+    BackEnd& b = *f.b;
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
-    BackEnd b;
     startSerial(b, terminal.path());
     // The port is open once it takes a command.
     QByteArray received;
@@ -244,12 +226,11 @@ void TestDeviceCalibration::stoppedSourceSendsNothing()
 
 void TestDeviceCalibration::everyNewReceiverLinksItsSerialSource()
 {
-    TestDataFolder folder;
-    writeIni(quietSettings());
+    BackEndFixture f;
+    BackEnd& b = *f.b;
     DeviceSim device;
     const QString path = device.start({QStringLiteral("--interval"), QStringLiteral("100")});
     QVERIFY(!path.isEmpty());
-    BackEnd b;
     QSignalSpy values(&b, &BackEnd::calibrationValuesReceived);
     QSignalSpy status(&b, &BackEnd::calibrationStatus);
     startSerial(b, path);

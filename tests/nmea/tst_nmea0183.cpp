@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaItem.h"
+#include "tests/support/Columns.h"
 
 #include "tests/support/MessageLog.h"
 #include "tests/support/NmeaTestKit.h"
@@ -57,9 +58,7 @@ private slots:
 
 void TestNmea0183::isMessageImplemented_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<bool>("implemented");
-    QTest::addColumn<int>("type");
+    Columns::add<QByteArray, bool, int>("sentence", "implemented", "type");
 
     QTest::newRow("six bytes $IIMDA alone is implemented") << QByteArray("$IIMDA") << true << int(Mda);
     QTest::newRow("five bytes $IIMD is not") << QByteArray("$IIMD") << false << -1;
@@ -96,8 +95,7 @@ void TestNmea0183::refusedSentenceLeavesTypeAlone()
 
 void TestNmea0183::validateChecksum_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<bool>("valid");
+    Columns::add<QByteArray, bool>("sentence", "valid");
 
     QTest::newRow("no star passes whatever it holds") << QByteArray("$IIMDA,garbage,\x01\x02") << true;
     QTest::newRow("star and nothing behind fails") << QByteArray("$IIMDA,1*") << false;
@@ -150,8 +148,7 @@ void TestNmea0183::longSentenceIsSummedOverItsFirst99Bytes()
 
 void TestNmea0183::computeChecksum_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<QString>("sum");
+    Columns::add<QByteArray, QString>("sentence", "sum");
 
     QTest::newRow("dollar alone gives 00") << QByteArray("$") << QStringLiteral("00");
     QTest::newRow("empty gives 00") << QByteArray() << QStringLiteral("00");
@@ -174,8 +171,7 @@ void TestNmea0183::computeChecksum()
 
 void TestNmea0183::commandBuilders_data()
 {
-    QTest::addColumn<QString>("built");
-    QTest::addColumn<QString>("expected");
+    Columns::add<QString, QString>("built", "expected");
 
     QTest::newRow("calibration 1.25 10 1013.4") << Nmea0183::createMessageCalibration(1.25, 10.0, 1013.4)
                                                 << QStringLiteral("$PWEGB,UCAL,1.25,10.0,1013.40*72");

@@ -4,8 +4,10 @@
 #include "nmea/NmeaSourceSerial.h"
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
+#include "tests/support/Columns.h"
 
 #include "SourceFixture.h"
+#include "tests/support/LoopbackTcpServer.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/PseudoTerminal.h"
 
@@ -56,25 +58,19 @@ class TcpLine : public Line
 public:
     bool open(SourceFixture& fixture) override
     {
-        if (!server.listen(QHostAddress::LocalHost))
+        if (!served.listen())
             return false;
-        auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), server.serverPort());
+        auto* source = new NmeaSourceTcp(fixture.receiver.get(), QStringLiteral("127.0.0.1"), served.port);
         source->slot_startReceiving();
-        QElapsedTimer timer;
-        timer.start();
-        while (!server.hasPendingConnections() && timer.elapsed() < 5000)
-            QTest::qWait(5);
-        peer = server.nextPendingConnection();
-        return peer != nullptr;
+        return served.accept();
     }
     void send(const QByteArray& bytes) override
     {
-        peer->write(bytes);
-        while (peer->bytesToWrite() > 0)
+        served.peer->write(bytes);
+        while (served.peer->bytesToWrite() > 0)
             QTest::qWait(2);
     }
-    QTcpServer server;
-    QTcpSocket* peer = nullptr;
+    LoopbackTcpServer served;
 };
 
 class SerialLine : public Line
@@ -86,15 +82,7 @@ public:
             return false;
         source = new NmeaSourceSerial(fixture.receiver.get(), terminal.path(), 9600, 0, 0, 0, 0);
         source->slot_startReceiving();
-        // Past the two blocks a new serial source throws away.
-        for (int block = 1; block <= 2; ++block) {
-            terminal.write("skip\r\n");
-            QElapsedTimer timer;
-            timer.start();
-            while (source->getSkipCount() < block && timer.elapsed() < 5000)
-                QTest::qWait(2);
-        }
-        return !source->isSkipStart();
+        return SourceFixture::passSkippedBlocks(terminal, *source);
     }
     void send(const QByteArray& bytes) override
     {
@@ -143,10 +131,8 @@ private slots:
 
 void TestNmeaBadInput::badInput_data()
 {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QByteArray>("rubbish");
-    // Whether nothing in the rubbish may change the pressure.
-    QTest::addColumn<bool>("untouched");
+    // "untouched": whether nothing in the rubbish may change the pressure.
+    Columns::add<QString, QByteArray, bool>("kind", "rubbish", "untouched");
 
     QByteArray longSentence = "$WIXDR";
     while (longSentence.size() < 10000)
@@ -215,9 +201,7 @@ void TestNmeaBadInput::badInput()
 
 void TestNmeaBadInput::fieldsThatDoNotConvert_data()
 {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<double>("pressure");
+    Columns::add<QString, QByteArray, double>("kind", "sentence", "pressure");
 
     for (const QString& kind : {QStringLiteral("udp"), QStringLiteral("tcp"), QStringLiteral("serial")}) {
         const QByteArray k = kind.toLatin1();

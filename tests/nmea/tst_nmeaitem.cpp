@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/NmeaItem.h"
+#include "tests/support/Columns.h"
 
 #include <QtTest/QtTest>
 
@@ -20,13 +21,7 @@ private slots:
 
 void TestNmeaItem::decodePosition_data()
 {
-    QTest::addColumn<QString>("lat");
-    QTest::addColumn<QString>("ns");
-    QTest::addColumn<QString>("lon");
-    QTest::addColumn<QString>("ew");
-    QTest::addColumn<bool>("ok");
-    QTest::addColumn<double>("x");
-    QTest::addColumn<double>("y");
+    Columns::add<QString, QString, QString, QString, bool, double, double>("lat", "ns", "lon", "ew", "ok", "x", "y");
 
     QTest::newRow("Munich example north east") << "4807.038" << "N" << "01131.000" << "E" << true
                                                << 11.516666666666667 << 48.1173;
@@ -63,11 +58,7 @@ void TestNmeaItem::decodePosition()
 
 void TestNmeaItem::decodeIntAndDouble_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("intOk");
-    QTest::addColumn<int>("intValue");
-    QTest::addColumn<bool>("doubleOk");
-    QTest::addColumn<double>("doubleValue");
+    Columns::add<QString, bool, int, bool, double>("text", "intOk", "intValue", "doubleOk", "doubleValue");
 
     QTest::newRow("whole number") << "42" << true << 42 << true << 42.0;
     QTest::newRow("decimal is no int") << "1.5" << false << 0 << true << 1.5;
@@ -93,8 +84,7 @@ void TestNmeaItem::decodeIntAndDouble()
 
 void TestNmeaItem::barRule_data()
 {
-    QTest::addColumn<double>("value");
-    QTest::addColumn<double>("result");
+    Columns::add<double, double>("value", "result");
 
     QTest::newRow("exactly 3.0 stays 3.0") << 3.0 << 3.0;
     QTest::newRow("exactly 0.0 stays 0.0") << 0.0 << 0.0;

@@ -2,6 +2,7 @@
 #include "nmea/NmeaItemMDA.h"
 
 #include "ItemFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 
 #include <QtTest/QtTest>
@@ -20,9 +21,7 @@ private slots:
 
 void TestNmeaItemMDA::decode_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<bool>("reading");
-    QTest::addColumn<double>("pressure");
+    Columns::add<QByteArray, bool, double>("sentence", "reading", "pressure");
 
     QTest::newRow("field 3 wins, field 1 ignored") << QByteArray("$IIMDA,29.92,I,1.0132,B,,,,,,,,,,,,,,,,*72") << true
                                                   << 1013.2;

@@ -2,6 +2,7 @@
 #include "nmea/NmeaItemMMB.h"
 
 #include "ItemFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 
 #include <QtTest/QtTest>
@@ -20,8 +21,7 @@ private slots:
 
 void TestNmeaItemMMB::decode_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<double>("pressure");
+    Columns::add<QByteArray, double>("sentence", "pressure");
 
     QTest::newRow("bars in field 3") << QByteArray("$WIMMB,29.92,I,1.0132,B*66") << 1013.2;
     QTest::newRow("inches in field 1 with its own factor") << QByteArray("$WIMMB,29.92,I,,B")
@@ -32,15 +32,7 @@ void TestNmeaItemMMB::decode_data()
 
 void TestNmeaItemMMB::decode()
 {
-    QFETCH(QByteArray, sentence);
-    QFETCH(double, pressure);
-    ItemFixture fixture;
-    NmeaItemMMB item(Mmb);
-    item.decode(sentence, Udp);
-    QVERIFY(item.valid);
-    QVERIFY(item.hasPressure);
-    QVERIFY(qAbs(item.pressure - pressure) < 1e-9);
-    QVERIFY(qAbs(fixture.b->getCurrentPressure() - (pressure > 0.0 ? pressure : -2000.0)) < 1e-9);
+    ItemFixture::checkPressureRow<NmeaItemMMB>(Mmb, Udp);
 }
 
 void TestNmeaItemMMB::bothFieldsEmptyClearsHasPressure()
@@ -58,8 +50,7 @@ void TestNmeaItemMMB::bothFieldsEmptyClearsHasPressure()
 
 void TestNmeaItemMMB::wrongSizeWarns_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<int>("count");
+    Columns::add<QByteArray, int>("sentence", "count");
     QTest::newRow("a sixth field") << QByteArray("$WIMMB,29.92,I,1.0132,B,X") << 6;
     QTest::newRow("four fields") << QByteArray("$WIMMB,29.92,I,1.0132") << 4;
 }

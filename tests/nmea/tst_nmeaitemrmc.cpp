@@ -2,6 +2,7 @@
 #include "nmea/NmeaItemRMC.h"
 
 #include "ItemFixture.h"
+#include "tests/support/Columns.h"
 
 #include <QtTest/QtTest>
 
@@ -24,8 +25,7 @@ const QByteArray Good = "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,2303
 
 void TestNmeaItemRMC::fix_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<bool>("hasFix");
+    Columns::add<QByteArray, bool>("sentence", "hasFix");
 
     QTest::newRow("status A without mode field is a fix") << Good << true;
     QTest::newRow("mode A is a fix") << Good + ",A" << true;

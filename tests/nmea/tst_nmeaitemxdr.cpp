@@ -2,6 +2,7 @@
 #include "nmea/NmeaItemXDR.h"
 
 #include "ItemFixture.h"
+#include "tests/support/Columns.h"
 
 #include <QtTest/QtTest>
 
@@ -18,8 +19,7 @@ private slots:
 
 void TestNmeaItemXDR::decode_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<double>("pressure");
+    Columns::add<QByteArray, double>("sentence", "pressure");
 
     QTest::newRow("bars") << QByteArray("$WIXDR,P,1.0132,B,Barometer*08") << 1013.2;
     QTest::newRow("pascals above 10000") << QByteArray("$WIXDR,P,101320,P,Baro") << 1013.2;
@@ -32,15 +32,7 @@ void TestNmeaItemXDR::decode_data()
 
 void TestNmeaItemXDR::decode()
 {
-    QFETCH(QByteArray, sentence);
-    QFETCH(double, pressure);
-    ItemFixture fixture;
-    NmeaItemXDR item(Xdr);
-    item.decode(sentence, Tcp);
-    QVERIFY(item.valid);
-    QVERIFY(item.hasPressure);
-    QVERIFY(qAbs(item.pressure - pressure) < 1e-9);
-    QVERIFY(qAbs(fixture.b->getCurrentPressure() - (pressure > 0.0 ? pressure : -2000.0)) < 1e-9);
+    ItemFixture::checkPressureRow<NmeaItemXDR>(Xdr, Tcp);
 }
 
 void TestNmeaItemXDR::withoutPressureQuadrupleNoUpdate()

@@ -6,6 +6,7 @@
 #include "nmea/NmeaSourceTcp.h"
 #include "nmea/NmeaSourceUdp.h"
 #include "nmea/ReceiverHost.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/NmeaTestKit.h"
 #include "tests/support/PseudoTerminal.h"
@@ -58,9 +59,7 @@ void TestNmeaReceiver::allOffMakesNoThread()
 
 void TestNmeaReceiver::wantedReceiver_data()
 {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<bool>("wanted");
+    Columns::add<QString, QVariant, bool>("key", "value", "wanted");
 
     QTest::newRow("a port name wants one") << "SettingSerialPort" << QVariant("ttyUSB0") << true;
     QTest::newRow("TCP on wants one") << "SettingUseTcp" << QVariant(1) << true;
@@ -93,9 +92,7 @@ void TestNmeaReceiver::wantedReceiver()
 void TestNmeaReceiver::portNamedButSerialOffMakesNoSources()
 {
     TestDataFolder folder;
-    QVariantMap settings = quietSettings();
-    settings.insert(QStringLiteral("SettingSerialPort"), QStringLiteral("ttyUSB0 Some Device"));
-    writeIni(settings);
+    writeIni(quietSettingsWith({{QStringLiteral("SettingSerialPort"), QStringLiteral("ttyUSB0 Some Device")}}));
     BackEnd b;
     NmeaReceiver* receiver = b.getReceiver();
     QVERIFY(receiver);
@@ -119,10 +116,8 @@ void TestNmeaReceiver::firstStartWithoutSettingsFileMakesAnEmptyReceiver()
 void TestNmeaReceiver::portSettingKeepsOnlyTheFirstWord()
 {
     TestDataFolder folder;
-    QVariantMap settings = quietSettings();
-    settings.insert(QStringLiteral("SettingSerialPort"), QStringLiteral("usbserial-1 Some Device"));
-    settings.insert(QStringLiteral("SettingUseSerial"), 1);
-    writeIni(settings);
+    writeIni(quietSettingsWith({{QStringLiteral("SettingSerialPort"), QStringLiteral("usbserial-1 Some Device")},
+                                {QStringLiteral("SettingUseSerial"), 1}}));
     MessageLog log;
     BackEnd b;
     const QList<NmeaSource*> sources = sourcesOf(b);
@@ -162,11 +157,9 @@ void TestNmeaReceiver::portSettingOfBlanksIsAPortThatCannotOpen()
 void TestNmeaReceiver::serialSpeedComesFromThePortSpeedKey()
 {
     TestDataFolder folder;
-    QVariantMap settings = quietSettings();
-    settings.insert(QStringLiteral("SettingSerialPort"), QStringLiteral("ttyNothing"));
-    settings.insert(QStringLiteral("SettingUseSerial"), 1);
-    settings.insert(QStringLiteral("SettingSerialSpeed"), QStringLiteral("4800"));
-    writeIni(settings);
+    writeIni(quietSettingsWith({{QStringLiteral("SettingSerialPort"), QStringLiteral("ttyNothing")},
+                                {QStringLiteral("SettingUseSerial"), 1},
+                                {QStringLiteral("SettingSerialSpeed"), QStringLiteral("4800")}}));
     BackEnd b;
     auto* serial = qobject_cast<NmeaSourceSerial*>(sourcesOf(b).value(0));
     QVERIFY(serial);
@@ -184,14 +177,11 @@ void TestNmeaReceiver::sourcesAreMadeInOrderOnTheWorkerThread()
 {
     FastTimers fast(10000, 100);
     TestDataFolder folder;
-    QVariantMap settings = quietSettings();
-    settings.insert(QStringLiteral("SettingSerialPort"), QStringLiteral("ttyNothing"));
-    settings.insert(QStringLiteral("SettingUseSerial"), 1);
-    settings.insert(QStringLiteral("SettingUseTcp"), 1);
-    settings.insert(QStringLiteral("SettingTcpIpPort"), freeTcpPort());
-    settings.insert(QStringLiteral("SettingUseUdp"), 1);
-    settings.insert(QStringLiteral("SettingUdpPort"), freeUdpPort());
-    writeIni(settings);
+    writeIni(quietSettingsWith({{QStringLiteral("SettingSerialPort"), QStringLiteral("ttyNothing")},
+                                {QStringLiteral("SettingUseSerial"), 1}, {QStringLiteral("SettingUseTcp"), 1},
+                                {QStringLiteral("SettingTcpIpPort"), freeTcpPort()},
+                                {QStringLiteral("SettingUseUdp"), 1},
+                                {QStringLiteral("SettingUdpPort"), freeUdpPort()}}));
     BackEnd b;
     const QList<NmeaSource*> sources = sourcesOf(b);
     QCOMPARE(sources.size(), 3);
@@ -213,13 +203,10 @@ void TestNmeaReceiver::tcpStartsFiveSecondsBehindASerialSource()
     QVERIFY(terminal.open());
     QTcpServer server;
     QVERIFY(server.listen(QHostAddress::LocalHost));
-    QVariantMap settings = quietSettings();
-    settings.insert(QStringLiteral("SettingSerialPort"), terminal.path());
-    settings.insert(QStringLiteral("SettingUseSerial"), 1);
-    settings.insert(QStringLiteral("SettingUseTcp"), 1);
-    settings.insert(QStringLiteral("SettingTcpIpAddress"), QStringLiteral("127.0.0.1"));
-    settings.insert(QStringLiteral("SettingTcpIpPort"), server.serverPort());
-    writeIni(settings);
+    writeIni(quietSettingsWith({{QStringLiteral("SettingSerialPort"), terminal.path()},
+                                {QStringLiteral("SettingUseSerial"), 1}, {QStringLiteral("SettingUseTcp"), 1},
+                                {QStringLiteral("SettingTcpIpAddress"), QStringLiteral("127.0.0.1")},
+                                {QStringLiteral("SettingTcpIpPort"), server.serverPort()}}));
     QElapsedTimer sinceStart;
     sinceStart.start();
     BackEnd b;
@@ -235,11 +222,9 @@ void TestNmeaReceiver::tcpAloneStartsAtOnce()
     TestDataFolder folder;
     QTcpServer server;
     QVERIFY(server.listen(QHostAddress::LocalHost));
-    QVariantMap settings = quietSettings();
-    settings.insert(QStringLiteral("SettingUseTcp"), 1);
-    settings.insert(QStringLiteral("SettingTcpIpAddress"), QStringLiteral("127.0.0.1"));
-    settings.insert(QStringLiteral("SettingTcpIpPort"), server.serverPort());
-    writeIni(settings);
+    writeIni(quietSettingsWith({{QStringLiteral("SettingUseTcp"), 1},
+                                {QStringLiteral("SettingTcpIpAddress"), QStringLiteral("127.0.0.1")},
+                                {QStringLiteral("SettingTcpIpPort"), server.serverPort()}}));
     QElapsedTimer sinceStart;
     sinceStart.start();
     BackEnd b;
@@ -254,10 +239,7 @@ void TestNmeaReceiver::keysApplyOnlyOnTheNextStart()
 {
     TestDataFolder folder;
     const quint16 first = freeUdpPort();
-    QVariantMap settings = quietSettings();
-    settings.insert(QStringLiteral("SettingUseUdp"), 1);
-    settings.insert(QStringLiteral("SettingUdpPort"), first);
-    writeIni(settings);
+    writeIni(quietSettingsWith({{QStringLiteral("SettingUseUdp"), 1}, {QStringLiteral("SettingUdpPort"), first}}));
     BackEnd b;
     // The source binds on the worker thread a moment after the start.
     QTRY_VERIFY((sendDatagram("$IIMDA,29.53\r\n", first), b.getCurrentPressure() == 1000.0));
@@ -316,9 +298,7 @@ void TestNmeaReceiver::quitThreadStopsSourcesAndEndsTheThread()
 
 void TestNmeaReceiver::checkMessageNeedsTypeAndChecksum_data()
 {
-    QTest::addColumn<QByteArray>("sentence");
-    QTest::addColumn<bool>("accepted");
-    QTest::addColumn<int>("type");
+    Columns::add<QByteArray, bool, int>("sentence", "accepted", "type");
 
     QTest::newRow("implemented with a good sum") << QByteArray("$WIXDR,P,1.0132,B,Barometer*08") << true << int(Xdr);
     QTest::newRow("implemented without a sum") << QByteArray("$WIMMB,29.92,I,1.0132,B") << true << int(Mmb);
@@ -346,10 +326,7 @@ void TestNmeaReceiver::readingsCrossFromTheWorkerThread()
 {
     TestDataFolder folder;
     const quint16 port = freeUdpPort();
-    QVariantMap settings = quietSettings();
-    settings.insert(QStringLiteral("SettingUseUdp"), 1);
-    settings.insert(QStringLiteral("SettingUdpPort"), port);
-    writeIni(settings);
+    writeIni(quietSettingsWith({{QStringLiteral("SettingUseUdp"), 1}, {QStringLiteral("SettingUdpPort"), port}}));
     BackEnd b;
     QTRY_VERIFY((sendDatagram("$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W\r\n"
                               "$IIMDA,29.53\r\n",
@@ -365,11 +342,9 @@ void TestNmeaReceiver::withoutHostNothingIsMadeOrSent()
     // Every setting that would make a source or the output, and no application to read
     // them from.
     TestDataFolder folder;
-    QVariantMap settings = quietSettings();
-    settings.insert(QStringLiteral("SettingUseUdp"), 1);
-    settings.insert(QStringLiteral("SettingUdpPort"), freeUdpPort());
-    settings.insert(QStringLiteral("SettingUseUdpOut"), 1);
-    writeIni(settings);
+    writeIni(quietSettingsWith({{QStringLiteral("SettingUseUdp"), 1},
+                                {QStringLiteral("SettingUdpPort"), freeUdpPort()},
+                                {QStringLiteral("SettingUseUdpOut"), 1}}));
     QCOMPARE(ReceiverHost::installed(), nullptr);
     NmeaReceiver receiver;
     receiver.slot_startReceiving();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nmea/Nmea0183.h"
 #include "nmea/NmeaSenderUdp.h"
+#include "tests/support/Columns.h"
 #include "tests/support/DatagramListener.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/NetworkNamespace.h"
@@ -65,8 +66,7 @@ private slots:
 
     void checksumIsTheReadersRoutine_data()
     {
-        QTest::addColumn<QByteArray>("sentence");
-        QTest::addColumn<QString>("checksum");
+        Columns::add<QByteArray, QString>("sentence", "checksum");
         QTest::newRow("the pressure example") << QByteArray("$GPXDR,P,1.01325,B,Barometer") << "34";
         QTest::newRow("the first byte is skipped, whatever it is")
                 << QByteArray("!GPXDR,P,1.01325,B,Barometer") << "34";
@@ -89,11 +89,7 @@ private slots:
 
     void positionSentence_data()
     {
-        QTest::addColumn<double>("x");
-        QTest::addColumn<double>("y");
-        QTest::addColumn<double>("sog");
-        QTest::addColumn<double>("cog");
-        QTest::addColumn<QByteArray>("text");
+        Columns::add<double, double, double, double, QByteArray>("x", "y", "sog", "cog", "text");
         QTest::newRow("the worked example")
                 << 11.516667 << 48.1173 << 22.4 << 84.4
                 << QByteArray("$ECRMC,123519.00,A,4807.038,N,01131.000,E,22.40,84.40,230394,,,*02");
@@ -137,8 +133,7 @@ private slots:
 
     void pressureSentenceByteForByte_data()
     {
-        QTest::addColumn<double>("hpa");
-        QTest::addColumn<QByteArray>("datagram");
+        Columns::add<double, QByteArray>("hpa", "datagram");
         QTest::newRow("1013.25 hPa is the worked example")
                 << 1013.25 << QByteArray("$GPXDR,P,1.01325,B,Barometer*34\r\n");
         QTest::newRow("1000.0 gives 1.00000") << 1000.0 << xdr("1.00000");
@@ -345,8 +340,7 @@ private slots:
 
     void mdaCarriesInchesAndBarsAndNothingElse_data()
     {
-        QTest::addColumn<double>("hpa");
-        QTest::addColumn<QByteArray>("text");
+        Columns::add<double, QByteArray>("hpa", "text");
         QTest::newRow("1013.25 hPa") << 1013.25 << QByteArray("$WIMDA,29.9213,I,1.01325,B,,,,,,,,,,,,,,,,");
         QTest::newRow("987.6 hPa") << 987.6 << QByteArray("$WIMDA,29.1638,I,0.98760,B,,,,,,,,,,,,,,,,");
         QTest::newRow("1000 hPa") << 1000.0 << QByteArray("$WIMDA,29.5300,I,1.00000,B,,,,,,,,,,,,,,,,");
@@ -364,9 +358,7 @@ private slots:
 
     void alrTellsConditionAcknowledgementAndLevel_data()
     {
-        QTest::addColumn<int>("level");
-        QTest::addColumn<bool>("acknowledged");
-        QTest::addColumn<QByteArray>("text");
+        Columns::add<int, bool, QByteArray>("level", "acknowledged", "text");
         QTest::newRow("warning, not acknowledged")
                 << 1 << false << QByteArray("$WIALR,123519.00,001,A,V,PRESSURE FALLING QUICKLY");
         QTest::newRow("alarm, acknowledged")

@@ -2,6 +2,7 @@
 #include "nmea/NmeaSource.h"
 
 #include "SourceFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 
 #include <QtTest/QtTest>
@@ -49,8 +50,7 @@ private slots:
 
 void TestNmeaSource::splitLines_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QStringList>("lines");
+    Columns::add<QString, QStringList>("text", "lines");
 
     QTest::newRow("LF") << "a\nb" << QStringList{"a", "b"};
     QTest::newRow("CR LF") << "a\r\nb" << QStringList{"a", "b"};
@@ -72,9 +72,7 @@ void TestNmeaSource::splitLines()
 
 void TestNmeaSource::takeCompleteLines_data()
 {
-    QTest::addColumn<QString>("buffer");
-    QTest::addColumn<QStringList>("lines");
-    QTest::addColumn<QString>("rest");
+    Columns::add<QString, QStringList, QString>("buffer", "lines", "rest");
 
     QTest::newRow("finished lines empty the buffer") << "$A\r\n$B\r\n" << QStringList{"$A", "$B"} << "";
     QTest::newRow("unfinished last line stays") << "$A\r\n$B,1" << QStringList{"$A"} << "$B,1";
@@ -95,9 +93,7 @@ void TestNmeaSource::takeCompleteLines()
 
 void TestNmeaSource::checkMessage_data()
 {
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<bool>("found");
-    QTest::addColumn<QString>("after");
+    Columns::add<QString, bool, QString>("message", "found", "after");
 
     QTest::newRow("dollar at the front") << "$IIMDA,1" << true << "$IIMDA,1";
     QTest::newRow("rubbish ahead of the dollar is cut") << "xy$IIMDA,1" << true << "$IIMDA,1";

@@ -42,53 +42,55 @@ private:
         source->slot_startReceiving();
         return source;
     }
+
+    // A source listening on every address at a free port of its own, started.
+    struct Link
+    {
+        void send(const QByteArray& bytes) const { sendDatagram(bytes, port); }
+
+        SourceFixture fixture;
+        const quint16 port = freeUdpPort();
+        NmeaSourceUdp* const source = startedSource(fixture, port);
+    };
 };
 
 void TestNmeaSourceUdp::twoSentencesInOneDatagramGiveTwoDecodes()
 {
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
-    QVERIFY(source->getSocket());
-    sendDatagram(withSum("$IIMDA,29.92,I,1.0132,B") + "\r\n" + withSum("$WIMMB,29.92,I,1.0150,B") + "\r\n", port);
-    QTRY_VERIFY(fixture.item(Mmb) != nullptr);
-    QVERIFY(fixture.item(Mda) != nullptr);
-    QCOMPARE(fixture.b->getCurrentPressure(), 1015.0);
-    QVERIFY(source->getBuffer().isEmpty());
+    Link link;
+    QVERIFY(link.source->getSocket());
+    link.send(withSum("$IIMDA,29.92,I,1.0132,B") + "\r\n" + withSum("$WIMMB,29.92,I,1.0150,B") + "\r\n");
+    QTRY_VERIFY(link.fixture.item(Mmb) != nullptr);
+    QVERIFY(link.fixture.item(Mda) != nullptr);
+    QCOMPARE(link.fixture.b->getCurrentPressure(), 1015.0);
+    QVERIFY(link.source->getBuffer().isEmpty());
 }
 
 void TestNmeaSourceUdp::sentenceSplitOverTwoDatagramsIsJoined()
 {
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
-    sendDatagram("$IIMDA,29.92,I,1.01", port);
-    QTRY_COMPARE(source->getBuffer(), QStringLiteral("$IIMDA,29.92,I,1.01"));
-    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
-    sendDatagram("32,B\r\n", port);
-    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1013.2);
-    QVERIFY(source->getBuffer().isEmpty());
+    Link link;
+    link.send("$IIMDA,29.92,I,1.01");
+    QTRY_COMPARE(link.source->getBuffer(), QStringLiteral("$IIMDA,29.92,I,1.01"));
+    QCOMPARE(link.fixture.b->getCurrentPressure(), -2000.0);
+    link.send("32,B\r\n");
+    QTRY_COMPARE(link.fixture.b->getCurrentPressure(), 1013.2);
+    QVERIFY(link.source->getBuffer().isEmpty());
 }
 
 void TestNmeaSourceUdp::crLfAloneStaysInTheBuffer()
 {
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
-    sendDatagram("\r\n", port);
-    QTRY_COMPARE(source->getBuffer(), QStringLiteral("\r\n"));
-    sendDatagram("$IIMDA,29.53\r\n", port);
-    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
-    QVERIFY(source->getBuffer().isEmpty());
+    Link link;
+    link.send("\r\n");
+    QTRY_COMPARE(link.source->getBuffer(), QStringLiteral("\r\n"));
+    link.send("$IIMDA,29.53\r\n");
+    QTRY_COMPARE(link.fixture.b->getCurrentPressure(), 1000.0);
+    QVERIFY(link.source->getBuffer().isEmpty());
 }
 
 void TestNmeaSourceUdp::emptyDatagramWarns()
 {
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
+    Link link;
     MessageLog log;
-    sendDatagram(QByteArray(), port);
+    link.send(QByteArray());
     QTRY_COMPARE(log.count(QStringLiteral("empty datagram data received")), 1);
 }
 
@@ -106,45 +108,37 @@ void TestNmeaSourceUdp::startWithNothingWaitingWarnsEmpty()
 
 void TestNmeaSourceUdp::backslashSplitsALine()
 {
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
-    sendDatagram("$IIMDA,29.53\\$WIXDR,P,1.0200,B,Baro\r\n", port);
-    QTRY_VERIFY(fixture.item(Xdr) != nullptr);
-    QVERIFY(fixture.item(Mda) != nullptr);
-    QCOMPARE(fixture.b->getCurrentPressure(), 1020.0);
+    Link link;
+    link.send("$IIMDA,29.53\\$WIXDR,P,1.0200,B,Baro\r\n");
+    QTRY_VERIFY(link.fixture.item(Xdr) != nullptr);
+    QVERIFY(link.fixture.item(Mda) != nullptr);
+    QCOMPARE(link.fixture.b->getCurrentPressure(), 1020.0);
 }
 
 void TestNmeaSourceUdp::nulCutsTheDatagram()
 {
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
-    sendDatagram(QByteArray("$IIMDA,29.53\r\n\0$WIXDR,P,1.0500,B,Baro\r\n", 39), port);
-    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+    Link link;
+    link.send(QByteArray("$IIMDA,29.53\r\n\0$WIXDR,P,1.0500,B,Baro\r\n", 39));
+    QTRY_COMPARE(link.fixture.b->getCurrentPressure(), 1000.0);
     QTest::qWait(50);
-    QCOMPARE(fixture.item(Xdr), nullptr);
+    QCOMPARE(link.fixture.item(Xdr), nullptr);
 }
 
 void TestNmeaSourceUdp::rubbishAheadOfTheDollarDropsTheLine()
 {
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
-    sendDatagram("xx$IIMDA,29.53\r\n$WIXDR,P,1.0200,B,Baro\r\n", port);
-    QTRY_VERIFY(fixture.item(Xdr) != nullptr);
-    QCOMPARE(fixture.item(Mda), nullptr);
+    Link link;
+    link.send("xx$IIMDA,29.53\r\n$WIXDR,P,1.0200,B,Baro\r\n");
+    QTRY_VERIFY(link.fixture.item(Xdr) != nullptr);
+    QCOMPARE(link.fixture.item(Mda), nullptr);
 }
 
 void TestNmeaSourceUdp::wrongChecksumAndUnknownAreSilent()
 {
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
+    Link link;
     MessageLog log;
-    sendDatagram("$IIMDA,29.92,I,1.0132,B*00\r\n$GPGGA,1,2,3\r\n!AIVDM,1\r\n$WIXDR,P,1.0200,B,Baro\r\n", port);
-    QTRY_VERIFY(fixture.item(Xdr) != nullptr);
-    QCOMPARE(fixture.item(Mda), nullptr);
+    link.send("$IIMDA,29.92,I,1.0132,B*00\r\n$GPGGA,1,2,3\r\n!AIVDM,1\r\n$WIXDR,P,1.0200,B,Baro\r\n");
+    QTRY_VERIFY(link.fixture.item(Xdr) != nullptr);
+    QCOMPARE(link.fixture.item(Mda), nullptr);
     QVERIFY(log.messages().isEmpty());
 }
 
@@ -172,39 +166,35 @@ void TestNmeaSourceUdp::portInUseAtFirstBindLeavesTheSourceDead()
 void TestNmeaSourceUdp::afterAnErrorBindIsRetriedUntilItWorks()
 {
     FastTimers fast(200, 100);
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
-    sendDatagram("$IIMDA,29.53\r\n", port);
-    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
+    Link link;
+    link.send("$IIMDA,29.53\r\n");
+    QTRY_COMPARE(link.fixture.b->getCurrentPressure(), 1000.0);
 
     MessageLog log;
     QUdpSocket blocker;
     // The error of a running socket; the port is then taken by somebody who will not share.
-    source->slot_udpError(QAbstractSocket::NetworkError);
-    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
-    QVERIFY(source->isReconnecting());
+    link.source->slot_udpError(QAbstractSocket::NetworkError);
+    QCOMPARE(link.fixture.b->getCurrentPressure(), -2000.0);
+    QVERIFY(link.source->isReconnecting());
     QCOMPARE(log.count(QStringLiteral("udp socket error")), 1);
-    QVERIFY(blocker.bind(QHostAddress(QHostAddress::Any), port, QAbstractSocket::DontShareAddress));
+    QVERIFY(blocker.bind(QHostAddress(QHostAddress::Any), link.port, QAbstractSocket::DontShareAddress));
     QTRY_VERIFY_WITH_TIMEOUT(log.count(QStringLiteral("trying to reconnect to udp")) >= 3, 3000);
     blocker.close();
     QTRY_COMPARE_WITH_TIMEOUT(log.count(QStringLiteral("udp source activated")), 1, 3000);
-    QVERIFY(!source->isReconnecting());
-    sendDatagram("$IIMDA,29.92,I,1.0100,B\r\n", port);
-    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1010.0);
+    QVERIFY(!link.source->isReconnecting());
+    link.send("$IIMDA,29.92,I,1.0100,B\r\n");
+    QTRY_COMPARE(link.fixture.b->getCurrentPressure(), 1010.0);
 }
 
 void TestNmeaSourceUdp::stopWithdrawsThePressure()
 {
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
-    sendDatagram("$IIMDA,29.53\r\n", port);
-    QTRY_COMPARE(fixture.b->getCurrentPressure(), 1000.0);
-    source->stopReceiving();
-    QCOMPARE(fixture.b->getCurrentPressure(), -2000.0);
-    QCOMPARE(source->getSocket(), nullptr);
-    QVERIFY(!source->isConnected());
+    Link link;
+    link.send("$IIMDA,29.53\r\n");
+    QTRY_COMPARE(link.fixture.b->getCurrentPressure(), 1000.0);
+    link.source->stopReceiving();
+    QCOMPARE(link.fixture.b->getCurrentPressure(), -2000.0);
+    QCOMPARE(link.source->getSocket(), nullptr);
+    QVERIFY(!link.source->isConnected());
 }
 
 void TestNmeaSourceUdp::hostAnyBindsIPv4AndJoinsNoGroup()
@@ -223,23 +213,21 @@ void TestNmeaSourceUdp::hostAnyBindsIPv4AndJoinsNoGroup()
 
 void TestNmeaSourceUdp::readingStopsAbove10240Characters()
 {
-    SourceFixture fixture;
-    const quint16 port = freeUdpPort();
-    auto* source = startedSource(fixture, port);
+    Link link;
     // Stop the source reading by itself, queue more than the limit, then read once.
-    disconnect(source->getSocket(), nullptr, source, nullptr);
+    disconnect(link.source->getSocket(), nullptr, link.source, nullptr);
     const QByteArray chunk(6000, 'x');
-    sendDatagram(chunk, port);
-    sendDatagram(chunk, port);
-    sendDatagram(chunk, port);
-    QTRY_VERIFY(source->getSocket()->hasPendingDatagrams());
+    link.send(chunk);
+    link.send(chunk);
+    link.send(chunk);
+    QTRY_VERIFY(link.source->getSocket()->hasPendingDatagrams());
     QTest::qWait(50);
-    source->slot_readPendingDatagrams();
+    link.source->slot_readPendingDatagrams();
     // Two datagrams pass the limit; the third waits in the socket.
-    QCOMPARE(source->getBuffer().size(), 12000);
-    QVERIFY(source->getSocket()->hasPendingDatagrams());
-    source->slot_readPendingDatagrams();
-    QCOMPARE(source->getBuffer().size(), 18000);
+    QCOMPARE(link.source->getBuffer().size(), 12000);
+    QVERIFY(link.source->getSocket()->hasPendingDatagrams());
+    link.source->slot_readPendingDatagrams();
+    QCOMPARE(link.source->getBuffer().size(), 18000);
 }
 
 void TestNmeaSourceUdp::multicastHostBindsAnyAndJoinsTheGroup()

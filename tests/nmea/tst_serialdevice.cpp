@@ -26,16 +26,15 @@ private slots:
     void silentDeviceAgesOutWithoutRetry();
 
 private:
-    static void startSerial(BackEnd& b, const QString& path)
+    // Settings with no receiver, and the device on a link in `folder`, fast, with `extra`
+    // on its command line; the path to give the serial port, empty on failure.
+    static QString startDevice(DeviceSim& device, const TestDataFolder& folder, const QStringList& extra = {})
     {
-        b.setSetting(QStringLiteral("SettingSerialPort"), path);
-        b.setSetting(QStringLiteral("SettingUseSerial"), 1);
-        b.startNmea();
-    }
-    static QStringList fastDevice(const TestDataFolder& folder)
-    {
-        return {QStringLiteral("--interval"), QStringLiteral("100"), QStringLiteral("--seed"), QStringLiteral("11"),
-                QStringLiteral("--link"), folder.filePath(QStringLiteral("skerry"))};
+        writeIni(quietSettings());
+        return device.start(QStringList{QStringLiteral("--interval"), QStringLiteral("100"), QStringLiteral("--seed"),
+                                        QStringLiteral("11"), QStringLiteral("--link"),
+                                        folder.filePath(QStringLiteral("skerry"))}
+                            + extra);
     }
 };
 
@@ -49,9 +48,8 @@ void TestSerialDevice::unpluggedDeviceIsRetriedAndReadingsReturnWithoutRestart()
 {
     NmeaSource::setRetryIntervalMs(500);
     TestDataFolder folder;
-    writeIni(quietSettings());
     DeviceSim device;
-    const QString path = device.start(fastDevice(folder));
+    const QString path = startDevice(device, folder);
     QVERIFY(!path.isEmpty());
     // Made before the worker thread, which logs from the start.
     MessageLog log;
@@ -89,9 +87,8 @@ void TestSerialDevice::readingsReturnWithinOneRealRetryAfterReplug()
 {
     // On the real 10000 ms retry.
     TestDataFolder folder;
-    writeIni(quietSettings());
     DeviceSim device;
-    const QString path = device.start(fastDevice(folder));
+    const QString path = startDevice(device, folder);
     QVERIFY(!path.isEmpty());
     MessageLog log;
     BackEnd b;
@@ -117,11 +114,8 @@ void TestSerialDevice::readingsReturnWithinOneRealRetryAfterReplug()
 void TestSerialDevice::noiseFromTheDeviceIsStripped()
 {
     TestDataFolder folder;
-    writeIni(quietSettings());
     DeviceSim device;
-    QStringList arguments = fastDevice(folder);
-    arguments << QStringLiteral("--noise");
-    const QString path = device.start(arguments);
+    const QString path = startDevice(device, folder, {QStringLiteral("--noise")});
     QVERIFY(!path.isEmpty());
     MessageLog log;
     BackEnd b;
@@ -135,11 +129,8 @@ void TestSerialDevice::noiseFromTheDeviceIsStripped()
 void TestSerialDevice::linesWithoutEndGiveNoReadingUntilEnded()
 {
     TestDataFolder folder;
-    writeIni(quietSettings());
     DeviceSim device;
-    QStringList arguments = fastDevice(folder);
-    arguments << QStringLiteral("--no-end");
-    const QString path = device.start(arguments);
+    const QString path = startDevice(device, folder, {QStringLiteral("--no-end")});
     QVERIFY(!path.isEmpty());
     BackEnd b;
     startSerial(b, path);
@@ -159,9 +150,8 @@ void TestSerialDevice::silentDeviceAgesOutWithoutRetry()
 {
     NmeaSource::setRetryIntervalMs(200);
     TestDataFolder folder;
-    writeIni(quietSettings());
     DeviceSim device;
-    const QString path = device.start(fastDevice(folder));
+    const QString path = startDevice(device, folder);
     QVERIFY(!path.isEmpty());
     MessageLog log;
     BackEnd b;

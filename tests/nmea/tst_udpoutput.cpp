@@ -4,6 +4,7 @@
 #include "nmea/NmeaItemRMC.h"
 #include "nmea/NmeaSenderUdp.h"
 #include "tests/support/BackEndFixture.h"
+#include "tests/support/Columns.h"
 #include "tests/support/DatagramListener.h"
 #include "tests/support/FakePressureSensor.h"
 #include "tests/support/NetworkNamespace.h"
@@ -192,8 +193,7 @@ private slots:
 
     void pressureOnlyAboveZero_data()
     {
-        QTest::addColumn<double>("reading");
-        QTest::addColumn<bool>("sent");
+        Columns::add<double, bool>("reading", "sent");
         QTest::newRow("no reading sends nothing") << -2000.0 << false;
         QTest::newRow("a live 500 hPa is sent") << 500.0 << true;
     }
@@ -216,14 +216,23 @@ private slots:
         }
     }
 
-    void positionAtExactlyZeroIsNotSent()
+    void positionIsNotSent_data()
+    {
+        Columns::add<int, QPointF>("sendUdpPos", "position");
+        QTest::newRow("at exactly zero") << 1 << QPointF(0.0, 0.0);
+        QTest::newRow("without the switch") << 0 << QPointF(1.0, 2.0);
+    }
+
+    void positionIsNotSent()
     {
         BRINHOLT_IN_PRIVATE_NETWORK(QString());
+        QFETCH(int, sendUdpPos);
+        QFETCH(QPointF, position);
         DatagramListener listener(10110);
-        Fixture f({{QStringLiteral("sendUdpPos"), 1}});
+        Fixture f({{QStringLiteral("sendUdpPos"), sendUdpPos}});
         NmeaReceiver& receiver = f.ownReceiver();
         f.b->setCurrentPressure(1000.0, Serial);
-        f.b->setPositionData(QPointF(0.0, 0.0), 5.0, 90.0, Serial);
+        f.b->setPositionData(position, 5.0, 90.0, Serial);
         receiver.slot_sendUdp();
         QVERIFY(listener.waitFor(1));
         QVERIFY(listener.staysQuietFor(300));
@@ -244,20 +253,6 @@ private slots:
         // No pressure: the position alone, course in the speed's field and speed in the course's.
         QCOMPARE(listener.datagrams(),
                  QList<QByteArray>{sentence("$ECRMC,123519.00,A,4807.038,N,01131.000,E,84.40,22.40,230394,,,")});
-    }
-
-    void positionNotSentWithoutTheSwitch()
-    {
-        BRINHOLT_IN_PRIVATE_NETWORK(QString());
-        DatagramListener listener(10110);
-        Fixture f({{QStringLiteral("sendUdpPos"), 0}});
-        NmeaReceiver& receiver = f.ownReceiver();
-        f.b->setCurrentPressure(1000.0, Serial);
-        f.b->setPositionData(QPointF(1.0, 2.0), 5.0, 90.0, Serial);
-        receiver.slot_sendUdp();
-        QVERIFY(listener.waitFor(1));
-        QVERIFY(listener.staysQuietFor(300));
-        QCOMPARE(listener.datagrams(), QList<QByteArray>{xdr(1000.0)});
     }
 
     // ---- settings across threads ----

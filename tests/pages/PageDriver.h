@@ -17,6 +17,8 @@
 #include <QtTest/QtTest>
 
 #include <algorithm>
+#include <initializer_list>
+#include <utility>
 
 // What the page tests do with the window: start it at a known size, press the bar's and the
 // pages' buttons, leave a page, work a page's controls by id, and read what reached the INI
@@ -76,6 +78,15 @@ inline QVariant stored(PageHarness& h, const QString& key)
     return ini.value(key);
 }
 
+// Checks what reached the INI file, read as whole numbers, key by key.
+inline void checkStored(PageHarness& h, std::initializer_list<std::pair<const char*, int>> expected)
+{
+    for (const auto& [key, value] : expected) {
+        const int got = stored(h, QLatin1String(key)).toInt();
+        QVERIFY2(got == value, qPrintable(QStringLiteral("%1 is %2, not %3").arg(QLatin1String(key)).arg(got).arg(value)));
+    }
+}
+
 inline bool isDark(PageHarness& h)
 {
     return PageHarness::evaluate(h.window(), QStringLiteral("Material.theme === Material.Dark")).toBool();
@@ -106,6 +117,31 @@ inline bool readyToPhotograph()
     font.setCapitalization(QFont::MixedCase);
     QGuiApplication::setFont(font);
     return QDir().mkpath(BRINHOLT_BINARY_DIR "/screenshots");
+}
+
+// A start to come in `theme` and `language`, with the catalogues in place and no serial
+// port to look for.
+inline bool prepareLook(PageHarness& h, int theme, const QString& language)
+{
+    if (!copyCatalogues(h.folder().path()))
+        return false;
+    h.writeSetting("theme", theme);
+    h.writeSetting("language", language == "fr" ? 1 : 0);
+    h.writeSetting("SettingSerialPort", QStringLiteral("None"));
+    return true;
+}
+
+// What the pages themselves said, of all the harness did not expect: the receiver and its
+// sources have words of their own when a page restarts them.
+inline QStringList pageWarnings(PageHarness& h)
+{
+    QStringList left;
+    for (const QString& message : h.unexpectedMessages()) {
+        if (message.startsWith(QLatin1String("qrc:")) || message.startsWith(QLatin1String("file:"))
+            || message.contains(QLatin1String("QML")))
+            left << message;
+    }
+    return left;
 }
 
 // Fails on any message the harness does not expect: QML warnings above all.

@@ -6,6 +6,7 @@
 #include "app/TranslationHandler.h"
 #include "log/DataSource.h"
 #include "nmea/NmeaSourceType.h"
+#include "tests/support/TestDatabase.h"
 #include "util/Clock.h"
 
 #include <QtCharts/QXYSeries>
@@ -65,16 +66,7 @@ bool startsWithAny(const QString& text, const QStringList& prefixes)
 
 QSqlDatabase testDatabase(const QString& path)
 {
-    QSqlDatabase db = QSqlDatabase::contains(TestConnection)
-            ? QSqlDatabase::database(TestConnection, false)
-            : QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), TestConnection);
-    if (db.databaseName() != path) {
-        db.close();
-        db.setDatabaseName(path);
-    }
-    if (!db.isOpen())
-        db.open();
-    return db;
+    return TestDatabase::open(TestConnection, path);
 }
 
 void collect(QObject* object, const QString& objectName, QObject** found, QSet<QObject*>& seen)
@@ -361,10 +353,7 @@ bool PageHarness::exec(const QString& statement)
 
 int PageHarness::rowCount(const QString& table)
 {
-    QSqlQuery query(testDatabase(dataFolder.filePath(QStringLiteral("brinholt.db"))));
-    if (!query.exec(QStringLiteral("SELECT COUNT(*) FROM %1").arg(table)) || !query.next())
-        return -1;
-    return query.value(0).toInt();
+    return TestDatabase::rowCount(testDatabase(dataFolder.filePath(QStringLiteral("brinholt.db"))), table);
 }
 
 void PageHarness::sample(qint64 secsSinceEpoch, double hPa)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "LogTables.h"
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
@@ -36,8 +38,6 @@ public slots:
     void openUrl(const QUrl& url) { urls << url; }
 };
 
-const QStringList Tables = {"BARO30M", "BARO3H", "BARO6H", "BAR12H", "BARO1D",
-                            "BARO2D",  "BARO4D", "BARO8D", "BAR16D"};
 const QStringList RangeButtons = {"button30m", "button3h", "button6h", "button12h", "button1d",
                                   "button2d",  "button4d", "button8d", "button16d"};
 
@@ -80,6 +80,15 @@ private:
         if (!PageDriver::startMain(h, QSize(width, height)))
             return false;
         return h.item("baroH") && h.chart();
+    }
+
+    // The graph page over ten minutes of a steady 1011.5 in BARO30M, sampled at T0.
+    static bool startSteadyGraph(PageHarness& h)
+    {
+        if (!startGraph(h) || !h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5))
+            return false;
+        h.sample(T0, 1011.5);
+        return true;
     }
 
     static QObject* pageObject(PageHarness& h, const QString& name)
@@ -197,12 +206,7 @@ private slots:
 
     void sampleFillsTheTexts_data()
     {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<bool>("fix");
-        QTest::addColumn<double>("cog");
-        QTest::addColumn<double>("sog");
-        QTest::addColumn<QString>("layout");
+        Columns::add<int, int, bool, double, double, QString>("width", "height", "fix", "cog", "sog", "layout");
         QTest::newRow("no position hides the line") << 800 << 600 << false << 0.0 << 0.0 << "hidden";
         QTest::newRow("at rest shows the position alone") << 800 << 600 << true << 0.0 << 0.0 << "alone";
         QTest::newRow("under way in a wide window: one line") << 800 << 600 << true << 45.0 << 6.0 << "blank";
@@ -267,9 +271,7 @@ private slots:
 
     void pressureTakesItsShareOfTheWidth_data()
     {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<double>("share");
+        Columns::add<int, int, double>("width", "height", "share");
         QTest::newRow("wide page: 0.3") << 800 << 600 << 0.3;
         QTest::newRow("tall page: 0.6") << 500 << 700 << 0.6;
     }
@@ -335,8 +337,7 @@ private slots:
 
     void trendArrow_data()
     {
-        QTest::addColumn<double>("hourAgo");
-        QTest::addColumn<QString>("image");
+        Columns::add<double, QString>("hourAgo", "image");
         // The reading is 1012.0; the change is scaled to three hours.
         QTest::newRow("no row an hour ago: none") << -1.0 << trendImage("None");
         QTest::newRow("no change: steady") << 1012.0 << trendImage("Steady");
@@ -418,12 +419,8 @@ private slots:
 
     void rangeButtons_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<int>("chartNb");
-        QTest::addColumn<double>("min");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<int>("ticks");
-        QTest::addColumn<int>("minorTicks");
+        Columns::add<QString, int, double, QString, int, int>(
+                "button", "chartNb", "min", "format", "ticks", "minorTicks");
         QTest::newRow("30m") << "button30m" << 0 << -30.0 << "%dm" << 7 << 0;
         QTest::newRow("3h") << "button3h" << 1 << -3.0 << "%dh" << 4 << 1;
         QTest::newRow("6h") << "button6h" << 2 << -6.0 << "%dh" << 7 << 0;
@@ -447,8 +444,8 @@ private slots:
         PageHarness h;
         QVERIFY(startGraph(h));
         // Each table gets a reading of its own, so that the curve tells which one is shown.
-        for (int table = 0; table < Tables.size(); ++table)
-            QVERIFY(h.insertRow(Tables.at(table), T0 - 1000, 1000.0 + table));
+        for (int table = 0; table < LogTables::Names.size(); ++table)
+            QVERIFY(h.insertRow(LogTables::Names.at(table), T0 - 1000, 1000.0 + table));
         QSignalSpy charts(h.log(), &DataSource::chartUpdated);
         QQuickItem* b = pageItem(h, button);
         QVERIFY(b);
@@ -575,9 +572,7 @@ private slots:
     void cursorTextGoesAfterSixSeconds()
     {
         PageHarness h;
-        QVERIFY(startGraph(h));
-        QVERIFY(h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5));
-        h.sample(T0, 1011.5);
+        QVERIFY(startSteadyGraph(h));
         QVariant point = QVariant::fromValue(h.log()->getValueAt(-3.0, 0, QVariant(T0)));
         PageHarness::call(h.item("baroH"), "serieClicked", {point, false});
         QtCharts::QXYSeries* helper = h.series(h.seriesCount() - 1);
@@ -593,9 +588,7 @@ private slots:
     void pressOutsideTheAxesIsRefused()
     {
         PageHarness h;
-        QVERIFY(startGraph(h));
-        QVERIFY(h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5));
-        h.sample(T0, 1011.5);
+        QVERIFY(startSteadyGraph(h));
         QObject* area = pageObject(h, "chartArea");
         QSignalSpy presses(area, SIGNAL(pressed(QQuickMouseEvent*)));
         QSignalSpy releases(area, SIGNAL(released(QQuickMouseEvent*)));
@@ -618,9 +611,7 @@ private slots:
     void wheelZoomHoldsTheCurveUntilReset()
     {
         PageHarness h;
-        QVERIFY(startGraph(h));
-        QVERIFY(h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5));
-        h.sample(T0, 1011.5);
+        QVERIFY(startSteadyGraph(h));
         const QVector<QPointF> before = points(h, 0);
         const QPoint middle = chartPoint(h, -5.0, 1011.5);
 
@@ -661,9 +652,7 @@ private slots:
     void dragOfAZoomedChartPans()
     {
         PageHarness h;
-        QVERIFY(startGraph(h));
-        QVERIFY(h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5));
-        h.sample(T0, 1011.5);
+        QVERIFY(startSteadyGraph(h));
         const QPoint from = chartPoint(h, -5.0, 1011.5);
         wheel(h, from, 120);
         wheel(h, from, 120);
@@ -690,9 +679,7 @@ private slots:
     void freshSampleMovesTheCursorWithoutRestartingTheTimer()
     {
         PageHarness h;
-        QVERIFY(startGraph(h));
-        QVERIFY(h.insertRows("BARO30M", T0 - 600, T0 - 2, 2, 1011.5));
-        h.sample(T0, 1011.5);
+        QVERIFY(startSteadyGraph(h));
         // The cursor as a press at five minutes back sets it.
         const QVariant point = QVariant::fromValue(h.log()->getValueAt(-5.0, 0, QVariant(T0)));
         QElapsedTimer clock;
@@ -847,10 +834,7 @@ private slots:
 
     void barogramButtonStandsInTheBand_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<bool>("beside");
+        Columns::add<int, QString, QSize, bool>("theme", "language", "size", "beside");
         const QSize wide(800, 600);
         const QSize narrow(420, 700);
         QTest::newRow("light, wide: beside the range buttons") << 0 << "en" << wide << true;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
@@ -47,9 +48,7 @@ private:
 private slots:
     void sampleFillsTheTexts_data()
     {
-        QTest::addColumn<bool>("fix");
-        QTest::addColumn<double>("cog");
-        QTest::addColumn<double>("sog");
+        Columns::add<bool, double, double>("fix", "cog", "sog");
         QTest::newRow("no position") << false << 0.0 << 0.0;
         QTest::newRow("at rest: the position alone") << true << 0.0 << 0.0;
         QTest::newRow("under way: always two lines") << true << 200.0 << 5.5;
@@ -109,10 +108,7 @@ private slots:
 
     void longPressureTextsShrinkRatherThanClip_data()
     {
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<int>("precision");
-        QTest::addColumn<int>("width");
-        QTest::addColumn<QString>("expected");
+        Columns::add<int, int, int, QString>("unit", "precision", "width", "expected");
         QTest::newRow("mb, wide") << 0 << 1 << 800 << "1013.3 mb";
         QTest::newRow("inHg, high precision, wide") << 3 << 2 << 800 << "29.921 inHg";
         QTest::newRow("inHg, high precision, narrow") << 3 << 2 << 360 << "29.921 inHg";

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "PageDevice.h"
 #include "PageDriver.h"
 #include "PageHarness.h"
 #include "PageInput.h"
+#include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
 #include "tools/DeviceSimulator.h"
@@ -31,23 +33,6 @@ private:
     }
 
     // The device on its terminal, chosen on the connections page as a user would have.
-    static bool attach(PageHarness& h, DeviceSimulator& device)
-    {
-        if (!device.open())
-            return false;
-        h.writeSetting("SettingSerialPort", device.devicePath() + QStringLiteral(" Simulated Skerry"));
-        h.writeSetting("SettingUseSerial", 1);
-        return true;
-    }
-
-    static DeviceSimulator::Options deviceOptions(PageHarness& h)
-    {
-        DeviceSimulator::Options options;
-        options.intervalMs = 100;
-        options.linkPath = h.folder().filePath(QStringLiteral("skerry"));
-        return options;
-    }
-
     static void press(PageHarness& h, const QString& button)
     {
         QQuickItem* item = h.item(button);
@@ -75,14 +60,10 @@ private:
                && prop(page, "buttonCalib", "enabled").toBool() && prop(page, "buttonReset", "enabled").toBool();
     }
 
+    // Only what the pages themselves say counts here: the device has words of its own.
     static void checkClean(PageHarness& h)
     {
-        QStringList left;
-        for (const QString& message : h.unexpectedMessages()) {
-            if (message.startsWith(QLatin1String("qrc:")) || message.startsWith(QLatin1String("file:"))
-                || message.contains(QLatin1String("QML")))
-                left << message;
-        }
+        const QStringList left = pageWarnings(h);
         QVERIFY2(left.isEmpty(), qPrintable(left.join('\n')));
     }
 
@@ -90,10 +71,8 @@ private slots:
     void calibrateWithTheDevice()
     {
         PageHarness h;
-        DeviceSimulator device(deviceOptions(h));
-        QVERIFY(attach(h, device));
-        QVERIFY(startMain(h));
-        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        DeviceSimulator device(PageDevice::options(h));
+        QVERIFY(PageDevice::startReading(h, device));
         QSignalSpy commands(&device, &DeviceSimulator::commandReceived);
 
         // From the settings page, whose button the chosen port enables.
@@ -152,10 +131,8 @@ private slots:
     void factoryReset()
     {
         PageHarness h;
-        DeviceSimulator device(deviceOptions(h));
-        QVERIFY(attach(h, device));
-        QVERIFY(startMain(h));
-        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        DeviceSimulator device(PageDevice::options(h));
+        QVERIFY(PageDevice::startReading(h, device));
         // Something to reset.
         QSignalSpy status(h.backEnd(), &BackEnd::calibrationStatus);
         h.backEnd()->calibrateBarometer(2.0, 5.0, 1000.0);
@@ -186,10 +163,8 @@ private slots:
     void silentDeviceGivesTheTimeoutOnce()
     {
         PageHarness h;
-        DeviceSimulator device(deviceOptions(h));
-        QVERIFY(attach(h, device));
-        QVERIFY(startMain(h));
-        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        DeviceSimulator device(PageDevice::options(h));
+        QVERIFY(PageDevice::startReading(h, device));
         device.setSilent(true);
         QSignalSpy commands(&device, &DeviceSimulator::commandReceived);
         QSignalSpy timeouts(h.backEnd(), &BackEnd::operationTimeout);
@@ -243,10 +218,8 @@ private slots:
     void errorAnswerGivesOperationFailedAndANewRequest()
     {
         PageHarness h;
-        DeviceSimulator device(deviceOptions(h));
-        QVERIFY(attach(h, device));
-        QVERIFY(startMain(h));
-        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        DeviceSimulator device(PageDevice::options(h));
+        QVERIFY(PageDevice::startReading(h, device));
         QSignalSpy values(h.backEnd(), &BackEnd::calibrationValuesReceived);
         QQuickItem* page = open(h);
         QVERIFY(page);
@@ -289,10 +262,8 @@ private slots:
     {
         QFETCH(bool, lowReading);
         PageHarness h;
-        DeviceSimulator device(deviceOptions(h));
-        QVERIFY(attach(h, device));
-        QVERIFY(startMain(h));
-        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        DeviceSimulator device(PageDevice::options(h));
+        QVERIFY(PageDevice::startReading(h, device));
         if (lowReading) {
             device.setBasePressure(500.0);
             QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getCurrentPressure() > 0.0
@@ -376,8 +347,7 @@ private slots:
 
     void capitalUnitPreKeyGivesThreeDecimals_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<int>("decimals");
+        Columns::add<QString, int>("key", "decimals");
         QTest::newRow("the usual key does nothing here") << "unitPre" << 2;
         QTest::newRow("the capital key by hand") << "UnitPre" << 3;
     }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "PageDevice.h"
 #include "PageDriver.h"
 #include "PageHarness.h"
 #include "PageInput.h"
+#include "tests/support/Columns.h"
 #include "tests/support/NetworkNamespace.h"
 #include "tests/support/PseudoTerminal.h"
 
@@ -38,28 +40,28 @@ namespace {
 
 constexpr qint64 T0 = 1700000040;
 
-// A UDP port at or above 6000 that nothing on this machine holds now.
-quint16 freeUdpPort()
+// A random port at or above 6000 that `isFree` accepts; 0 if none turns up.
+template <typename Probe>
+quint16 randomPort(Probe isFree)
 {
     for (int attempt = 0; attempt < 200; ++attempt) {
         const auto port = static_cast<quint16>(QRandomGenerator::global()->bounded(20000, 60000));
-        QUdpSocket probe;
-        if (probe.bind(QHostAddress::Any, port))
+        if (isFree(port))
             return port;
     }
     return 0;
 }
 
-// A TCP port at or above 6000 on the loopback where nothing listens now.
+// A UDP port that nothing on this machine holds now.
+quint16 freeUdpPort()
+{
+    return randomPort([](quint16 port) { return QUdpSocket().bind(QHostAddress::Any, port); });
+}
+
+// A TCP port on the loopback where nothing listens now.
 quint16 closedTcpPort()
 {
-    for (int attempt = 0; attempt < 200; ++attempt) {
-        const auto port = static_cast<quint16>(QRandomGenerator::global()->bounded(20000, 60000));
-        QTcpServer probe;
-        if (probe.listen(QHostAddress::LocalHost, port))
-            return port;
-    }
-    return 0;
+    return randomPort([](quint16 port) { return QTcpServer().listen(QHostAddress::LocalHost, port); });
 }
 
 // A TCP server on the loopback that never answers a new connection: its queue is full,
@@ -162,19 +164,6 @@ private:
         socket.writeDatagram(DeviceSimulator::sentence("$WIXDR,P," + bars + ",B,Barometer") + "\r\n", QHostAddress::LocalHost,
                              port);
         socket.waitForBytesWritten(1000);
-    }
-
-    // What the pages themselves said; the receiver and its sources have words of their own
-    // when the page restarts them.
-    static QStringList pageWarnings(PageHarness& h)
-    {
-        QStringList left;
-        for (const QString& message : h.unexpectedMessages()) {
-            if (message.startsWith(QLatin1String("qrc:")) || message.startsWith(QLatin1String("file:"))
-                || message.contains(QLatin1String("QML")))
-                left << message;
-        }
-        return left;
     }
 
 private slots:
@@ -284,23 +273,14 @@ private slots:
         QVERIFY(leave(h));
 
         QCOMPARE(stored(h, "SettingSerialPort").toString(), QStringLiteral("ttyFAKE1 Second"));
-        QCOMPARE(stored(h, "SettingUsePos").toInt(), 0);
-        QCOMPARE(stored(h, "SettingUseSerial").toInt(), 1);
-        QCOMPARE(stored(h, "SettingPosSource").toInt(), 2);
+        checkStored(h, {{"SettingUsePos", 0}, {"SettingUseSerial", 1}, {"SettingPosSource", 2}});
         QCOMPARE(stored(h, "SettingSerialSpeed").toString(), QStringLiteral("38400"));
-        QCOMPARE(stored(h, "SettingSerialParity").toInt(), 2);
-        QCOMPARE(stored(h, "SettingSerialNbBits").toInt(), 1);
-        QCOMPARE(stored(h, "SettingSerialStopBit").toInt(), 2);
-        QCOMPARE(stored(h, "SettingSerialControl").toInt(), 1);
+        checkStored(h, {{"SettingSerialParity", 2}, {"SettingSerialNbBits", 1}, {"SettingSerialStopBit", 2},
+                        {"SettingSerialControl", 1}});
         QCOMPARE(stored(h, "SettingTcpIpAddress").toString(), QStringLiteral("127.000.000.002"));
-        QCOMPARE(stored(h, "SettingTcpIpPort").toInt(), 20001);
-        QCOMPARE(stored(h, "SettingUseTcp").toInt(), 1);
-        QCOMPARE(stored(h, "SettingUseUdp").toInt(), 1);
-        QCOMPARE(stored(h, "SettingUdpPort").toInt(), 20002);
-        QCOMPARE(stored(h, "SettingUseUdpOut").toInt(), 1);
-        QCOMPARE(stored(h, "updPort").toInt(), 20003);
-        QCOMPARE(stored(h, "sendUdpPos").toInt(), 1);
-        QCOMPARE(stored(h, "sendUdpMda").toInt(), 1);
+        checkStored(h, {{"SettingTcpIpPort", 20001}, {"SettingUseTcp", 1}, {"SettingUseUdp", 1},
+                        {"SettingUdpPort", 20002}, {"SettingUseUdpOut", 1}, {"updPort", 20003}, {"sendUdpPos", 1},
+                        {"sendUdpMda", 1}});
         // The speed the serial source really uses is another key, which the page leaves alone.
         QVERIFY(!stored(h, "SettingSerialPortSpeed").isValid());
         QVERIFY(h.backEnd()->getReceiver());
@@ -337,10 +317,7 @@ private slots:
 
     void portListRules_data()
     {
-        QTest::addColumn<QVariant>("storedPort");
-        QTest::addColumn<QStringList>("ports");
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("saved");
+        Columns::add<QVariant, QStringList, int, QString>("storedPort", "ports", "index", "saved");
         const QStringList two = {QStringLiteral("ttyFAKE0 First"), QStringLiteral("ttyFAKE1 Second")};
         QTest::newRow("no ports on the machine") << QVariant(QStringLiteral("ttyFAKE1 Second")) << QStringList() << -1
                                                  << "None";
@@ -376,9 +353,7 @@ private slots:
     // A device the system does not list, but which is there, stays as it was stored.
     void unlistedDeviceIsKept_data()
     {
-        QTest::addColumn<QString>("what");
-        QTest::addColumn<QString>("description");
-        QTest::addColumn<QStringList>("ports");
+        Columns::add<QString, QString, QStringList>("what", "description", "ports");
         const QStringList two = {QStringLiteral("ttyFAKE0 First"), QStringLiteral("ttyFAKE1 Second")};
         QTest::newRow("a pseudo-terminal, no port listed") << "pty" << "" << QStringList();
         QTest::newRow("a pseudo-terminal after two listed ports") << "pty" << "" << two;
@@ -417,10 +392,7 @@ private slots:
     // Not a device, or not there: the stored text falls back as a vanished port does.
     void storedPathThatIsNoDeviceFallsBack_data()
     {
-        QTest::addColumn<QString>("what");
-        QTest::addColumn<QStringList>("ports");
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("saved");
+        Columns::add<QString, QStringList, int, QString>("what", "ports", "index", "saved");
         const QStringList two = {QStringLiteral("ttyFAKE0 First"), QStringLiteral("ttyFAKE1 Second")};
         QTest::newRow("a regular file, ports listed") << "file" << two << 0 << "ttyFAKE0 First";
         QTest::newRow("a regular file, no port listed") << "file" << QStringList() << -1 << "None";
@@ -456,8 +428,7 @@ private slots:
     // A path typed beside the list is stored as typed, present or not yet.
     void typedPathIsStored_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("saved");
+        Columns::add<QString, QString>("typed", "saved");
         QTest::newRow("a pseudo-terminal") << "pty" << "pty";
         QTest::newRow("a path that is not there yet") << "/tmp/brinholt-no-such-skerry"
                                                       << "/tmp/brinholt-no-such-skerry";
@@ -535,9 +506,7 @@ private slots:
         QCOMPARE(prop(page, "tcpIpPort", "displayText").toString(), QStringLiteral("6000"));
         set(page, "swTcp", "checked", false);
         QVERIFY(leave(h));
-        QCOMPARE(stored(h, "SettingTcpIpPort").toInt(), 6000);
-        QCOMPARE(stored(h, "SettingUdpPort").toInt(), 6000);
-        QCOMPARE(stored(h, "updPort").toInt(), 6000);
+        checkStored(h, {{"SettingTcpIpPort", 6000}, {"SettingUdpPort", 6000}, {"updPort", 6000}});
         checkClean(h);
     }
 
@@ -781,16 +750,9 @@ private slots:
     void serialPortVanishingWhileThePageIsOpen()
     {
         PageHarness h;
-        DeviceSimulator::Options options;
-        options.intervalMs = 100;
-        options.linkPath = h.folder().filePath(QStringLiteral("skerry"));
-        DeviceSimulator device(options);
-        QVERIFY(device.open());
-        const QString entry = device.devicePath() + QStringLiteral(" Simulated Skerry");
-        h.writeSetting("SettingSerialPort", entry);
-        h.writeSetting("SettingUseSerial", 1);
-        QVERIFY(startMain(h));
-        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        DeviceSimulator device(PageDevice::options(h));
+        QVERIFY(PageDevice::startReading(h, device));
+        const QString entry = PageDevice::entry(device);
         QQuickItem* page = open(h, {entry}, true);
         QVERIFY(page);
         QCOMPARE(prop(page, "serialPort", "currentText").toString(), entry);

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "LogTables.h"
 #include "Pixels.h"
+#include "Screenshots.h"
 #include "tests/support/AppProcess.h"
+#include "tests/support/Columns.h"
 #include "tests/support/TestDataFolder.h"
 
 #include <QtCore/QDateTime>
@@ -20,10 +23,6 @@
 #include <csignal>
 
 namespace {
-
-const QStringList Tables = {"BARO30M", "BARO3H", "BARO6H", "BAR12H", "BARO1D",
-                            "BARO2D",  "BARO4D", "BARO8D", "BAR16D"};
-const QList<int> Intervals = {2, 6, 12, 24, 48, 96, 192, 384, 768};
 
 constexpr int WindowWidth = 1200;
 constexpr int WindowHeight = 760;
@@ -53,15 +52,15 @@ bool prepareLog(const QString& path, qint64 now)
         ok = db.open();
         QSqlQuery query(db);
         db.transaction();
-        for (int i = 0; ok && i < Tables.size(); ++i) {
+        for (int i = 0; ok && i < LogTables::Names.size(); ++i) {
             ok = query.exec(QString("CREATE TABLE %1 (TIME INTEGER primary key, LON FLOAT, LAT FLOAT, COG FLOAT, "
                                     "SOG FLOAT, PRE FLOAT, ELE FLOAT, OFS FLOAT)")
-                                    .arg(Tables.at(i)));
-            const qint64 span = Intervals.at(i) == 2 ? 1800 : qint64(Intervals.at(i)) * 1800;
+                                    .arg(LogTables::Names.at(i)));
+            const qint64 span = LogTables::reach(i);
             const qint64 first = now - qMin<qint64>(span, 3 * 3600 + 600);
-            for (qint64 t = now - 2; ok && t > first; t -= Intervals.at(i)) {
+            for (qint64 t = now - 2; ok && t > first; t -= LogTables::Intervals.at(i)) {
                 ok = query.exec(QString("INSERT INTO %1 VALUES (%2, -4.504, 48.258, 215.0, 6.2, %3, 0, 0)")
-                                        .arg(Tables.at(i))
+                                        .arg(LogTables::Names.at(i))
                                         .arg(t)
                                         .arg(weather(now - t), 0, 'f', 3));
             }
@@ -84,19 +83,13 @@ class TestGraphScreens : public QObject
 private slots:
     void initTestCase()
     {
-        if (QGuiApplication::platformName() != QLatin1String("xcb"))
-            QSKIP("needs an X display: run under xvfb-run with QT_QPA_PLATFORM=xcb");
-        QVERIFY(QDir().mkpath(BRINHOLT_BINARY_DIR "/screenshots"));
+        BRINHOLT_SCREENSHOTS_NEED_X();
     }
 
     // A size of zero is the first start: no stored geometry, 70% of the screen, centred.
     void graphPage_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<int>("language");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QColor>("background");
+        Columns::add<int, int, QSize, QString, QColor>("theme", "language", "size", "file", "background");
         const QSize wide(WindowWidth, WindowHeight);
         const QSize narrow(420, 700);
         QTest::newRow("light") << 0 << 0 << wide << "graph-light.png" << QColor("#FAFAFA");
@@ -177,9 +170,7 @@ private slots:
         const QImage shot =
                 screen->grabWindow(0, window.x(), window.y(), window.width(), window.height()).toImage();
         QVERIFY(!shot.isNull());
-        const QString path = QDir(BRINHOLT_BINARY_DIR "/screenshots").filePath(file);
-        QVERIFY(shot.save(path));
-        qInfo().noquote() << "screenshot" << path;
+        QVERIFY(Screenshots::save(shot, file));
 
         QVERIFY(app.stop(SIGTERM, 20000));
         QCOMPARE(app.process().exitCode(), 0);

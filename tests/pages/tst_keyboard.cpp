@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "PageDevice.h"
 #include "PageDriver.h"
 #include "PageHarness.h"
 
@@ -539,9 +540,7 @@ private slots:
         QCOMPARE(loaderSource(h), QUrl("qrc:/BaroSwipe"));
         QCOMPARE(stored(h, "timeZone").toInt(), 0);
         QCOMPARE(stored(h, "elevation").toDouble(), 2.0);
-        QCOMPARE(stored(h, "SettingSplineLine").toInt(), 0);
-        QCOMPARE(stored(h, "splitScreen").toInt(), 1);
-        QCOMPARE(stored(h, "warningOn").toInt(), 1);
+        checkStored(h, {{"SettingSplineLine", 0}, {"splitScreen", 1}, {"warningOn", 1}});
         checkClean(h);
     }
 
@@ -591,24 +590,15 @@ private slots:
         QVERIFY(!position->property("checked").toBool());
 
         open(h, "baroButton");
-        QCOMPARE(stored(h, "SettingPosSource").toInt(), 2);
-        QCOMPARE(stored(h, "SettingUsePos").toInt(), 0);
-        QCOMPARE(stored(h, "SettingUseTcp").toInt(), 0);
+        checkStored(h, {{"SettingPosSource", 2}, {"SettingUsePos", 0}, {"SettingUseTcp", 0}});
         checkClean(h);
     }
 
     void theCalibrationPage()
     {
         PageHarness h;
-        DeviceSimulator::Options options;
-        options.intervalMs = 100;
-        options.linkPath = h.folder().filePath(QStringLiteral("skerry"));
-        DeviceSimulator device(options);
-        QVERIFY(device.open());
-        h.writeSetting("SettingSerialPort", device.devicePath() + QStringLiteral(" Simulated Skerry"));
-        h.writeSetting("SettingUseSerial", 1);
-        QVERIFY(startMain(h));
-        QTRY_VERIFY_WITH_TIMEOUT(h.backEnd()->getPressureSource() == "From serial connection", 5000);
+        DeviceSimulator device(PageDevice::options(h));
+        QVERIFY(PageDevice::startReading(h, device));
 
         open(h, "settingsButton");
         open(h, "buttonCalibration");

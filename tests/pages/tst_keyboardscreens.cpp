@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "Screenshots.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QColor>
@@ -44,9 +46,7 @@ private:
     {
         QTest::qWait(150);
         const QImage image = h.window()->grabWindow();
-        const QString path = QDir(BRINHOLT_BINARY_DIR "/screenshots").filePath(file);
-        qInfo().noquote() << "screenshot" << path;
-        image.save(path);
+        Screenshots::save(image, file);
         return image;
     }
 
@@ -64,16 +64,12 @@ private:
 private slots:
     void initTestCase()
     {
-        if (QGuiApplication::platformName() != QLatin1String("xcb"))
-            QSKIP("needs an X display: run under xvfb-run with QT_QPA_PLATFORM=xcb");
-        QVERIFY(QDir().mkpath(BRINHOLT_BINARY_DIR "/screenshots"));
+        BRINHOLT_SCREENSHOTS_NEED_X();
     }
 
     void frame_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QColor>("colour");
-        QTest::addColumn<QString>("control");
+        Columns::add<int, QColor, QString>("theme", "colour", "control");
         // The icon of the bar, whose button has no background, and the list of tables.
         for (const char* control : {"dataButton", "fileList"}) {
             QTest::addRow("%s light", control) << 0 << QColor("#1565C0") << control;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "LogTables.h"
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
@@ -25,8 +27,6 @@ namespace {
 
 constexpr qint64 T0 = 1700000040;
 
-const QStringList Tables = {"BARO30M", "BARO3H", "BARO6H", "BAR12H", "BARO1D",
-                            "BARO2D",  "BARO4D", "BARO8D", "BAR16D"};
 const QStringList ShortNames = {"30m", "3h", "6h", "12h", "1d", "2d", "4d", "8d", "16d"};
 
 // Catches what the exports would show in the host's viewer.
@@ -235,7 +235,7 @@ private slots:
     {
         QTest::addColumn<int>("table");
         for (int i = 0; i < 9; ++i)
-            QTest::addRow("%s", qPrintable(Tables.at(i))) << i;
+            QTest::addRow("%s", qPrintable(LogTables::Names.at(i))) << i;
     }
 
     void eachTableShowsItsNameAndItsRowsNewestFirst()
@@ -245,7 +245,7 @@ private slots:
         QVERIFY(startFiles(h));
         // Every table holds a different number of rows, so that a table off by one shows.
         for (int i = 0; i < 9; ++i)
-            QVERIFY(h.insertRows(Tables.at(i), T0, T0 + 60 * i, 60, 1000.0 + i));
+            QVERIFY(h.insertRows(LogTables::Names.at(i), T0, T0 + 60 * i, 60, 1000.0 + i));
         QSignalSpy selected(view(h), SIGNAL(fileSelected(int)));
         choose(h, table);
         QCOMPARE(selected.count(), 1);
@@ -377,20 +377,20 @@ private slots:
     {
         PageHarness h;
         QVERIFY(startFiles(h));
-        for (const QString& table : Tables)
+        for (const QString& table : LogTables::Names)
             QVERIFY(h.insertRow(table, T0, 1010.0));
         QQuickItem* list = h.item("fileData", h.loadedPage());
         click(h, h.item("deleteAll", list));
         QVERIFY(h.find("areYouSure", list)->property("visible").toBool());
         answer(QMessageBox::Cancel);
-        for (const QString& table : Tables)
+        for (const QString& table : LogTables::Names)
             QCOMPARE(h.rowCount(table), 1);
         QCOMPARE(view(h)->property("currentIndex").toInt(), 0);
 
         click(h, h.item("deleteAll", list));
         answer(QMessageBox::Ok);
         QVERIFY(!h.find("areYouSure", list)->property("visible").toBool());
-        for (const QString& table : Tables)
+        for (const QString& table : LogTables::Names)
             QCOMPARE(h.rowCount(table), 0);
         QCOMPARE(h.messages().filter("empty one table OK").size(), 9);
         checkClean(h, {"empty one table OK"});
@@ -398,10 +398,7 @@ private slots:
 
     void exportThroughTheFileDialog_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("filter");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("gpx");
+        Columns::add<QString, QString, QString, bool>("button", "filter", "name", "gpx");
         QTest::newRow("CSV") << "csvButton" << "CSV files (*.csv)" << "log.csv" << false;
         QTest::newRow("GPX") << "gpxButton" << "GPS files (*.gpx)" << "track.gpx" << true;
         // The name decides, not the button.
@@ -491,8 +488,7 @@ private slots:
 
     void theShortNameFollowsTheTheme_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QColor>("colour");
+        Columns::add<int, QColor>("theme", "colour");
         QTest::newRow("light") << 0 << QColor("blue");
         QTest::newRow("dark") << 1 << QColor("yellow");
     }

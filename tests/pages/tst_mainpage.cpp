@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "tests/support/Columns.h"
 #include "tests/support/HostTheme.h"
 #include "tests/support/ScreenSize.h"
 
@@ -60,31 +61,21 @@ private:
 private slots:
     void firstStartCentresSeventyPercentOfTheScreen_data()
     {
-        QTest::addColumn<QSize>("screen");
-        QTest::newRow("the platform's own screen") << QSize();
-        // Here the fractions of a pixel round up on two sides and down on the other two.
-        QTest::newRow("1366 by 768") << QSize(1366, 768);
+        ScreenSize::addFirstStartRows();
     }
 
     void firstStartCentresSeventyPercentOfTheScreen()
     {
         QFETCH(QSize, screen);
-        std::unique_ptr<ScreenSize> size;
-        if (screen.isValid())
-            size = std::make_unique<ScreenSize>(screen);
+        const auto size = ScreenSize::unlessOwn(screen);
         PageHarness h;
         QVERIFY(h.start());
         const QRect geometry = h.window()->screen()->geometry();
         if (screen.isValid())
             QCOMPARE(geometry.size(), screen);
-        // The defaults are fractions of the screen, which the stored-setting reader gives
-        // back as whole numbers.
-        const double width = geometry.width();
-        const double height = geometry.height();
-        QCOMPARE(h.window()->width(), QVariant(width * 0.7).toInt());
-        QCOMPARE(h.window()->height(), QVariant(height * 0.7).toInt());
-        QCOMPARE(h.window()->x(), QVariant(width / 2 - width * 0.35).toInt());
-        QCOMPARE(h.window()->y(), QVariant(height / 2 - height * 0.35).toInt());
+        ScreenSize::checkFirstStartGeometry(*h.window(), geometry.size());
+        if (QTest::currentTestFailed())
+            return;
         QCOMPARE(h.window()->title(), QStringLiteral("Brinholt"));
         QCOMPARE(h.messages().filter("main page loaded, OS is").size(), 1);
         QCOMPARE(loaderSource(h), QUrl("qrc:/BaroSwipe"));
@@ -93,9 +84,7 @@ private slots:
 
     void themeRules_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QColor>("hostText");
-        QTest::addColumn<bool>("dark");
+        Columns::add<int, QColor, bool>("theme", "hostText", "dark");
         QTest::newRow("light whatever the host") << 0 << QColor(Qt::white) << false;
         QTest::newRow("dark whatever the host") << 1 << QColor(Qt::black) << true;
         QTest::newRow("device, host dark") << 2 << QColor(230, 230, 230) << true;
@@ -182,8 +171,7 @@ private slots:
 
     void theBarLoadsThePages_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("source");
+        Columns::add<QString, QString>("button", "source");
         QTest::newRow("graph") << "baroButton" << "qrc:/BaroSwipe";
         QTest::newRow("log") << "dataButton" << "qrc:/FilesSwipe";
         QTest::newRow("settings") << "settingsButton" << "qrc:/settings";

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "LogTables.h"
 #include "PageDriver.h"
 #include "PageHarness.h"
 #include "Pixels.h"
+#include "Screenshots.h"
+#include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
@@ -22,10 +25,6 @@
 using namespace PageDriver;
 
 namespace {
-
-const QStringList Tables = {"BARO30M", "BARO3H", "BARO6H", "BAR12H", "BARO1D",
-                            "BARO2D",  "BARO4D", "BARO8D", "BAR16D"};
-const QList<int> Intervals = {2, 6, 12, 24, 48, 96, 192, 384, 768};
 
 // 14:03:20 UTC on 5 November 2026, an even second.
 constexpr qint64 Now = 1793887400;
@@ -78,12 +77,12 @@ private:
             return false;
         // The log as the application writes it: a boat on passage, spacing and span per table.
         bool ok = h.exec("BEGIN");
-        for (int i = 0; ok && i < Tables.size(); ++i) {
-            const qint64 span = Intervals.at(i) == 2 ? 1800 : qint64(Intervals.at(i)) * 1800;
-            for (qint64 t = Now - Intervals.at(i); ok && t > Now - qMin<qint64>(span, 86400 * 2); t -= Intervals.at(i)) {
+        for (int i = 0; ok && i < LogTables::Names.size(); ++i) {
+            const qint64 span = LogTables::reach(i);
+            for (qint64 t = Now - LogTables::Intervals.at(i); ok && t > Now - qMin<qint64>(span, 86400 * 2); t -= LogTables::Intervals.at(i)) {
                 const double hours = (Now - t) / 3600.0;
                 ok = h.exec(QStringLiteral("INSERT INTO %1 VALUES (%2, %3, %4, 212.0, 6.1, %5, 4.0, 0)")
-                                    .arg(Tables.at(i))
+                                    .arg(LogTables::Names.at(i))
                                     .arg(t)
                                     .arg(-4.62 + hours * 0.031, 0, 'f', 5)
                                     .arg(48.21 + hours * 0.047, 0, 'f', 5)
@@ -109,10 +108,8 @@ private:
         const QImage shot = h.window()->grabWindow();
         if (shot.isNull())
             return shot;
-        const QString path = QDir(BRINHOLT_BINARY_DIR "/screenshots").filePath(name);
-        if (!shot.save(path))
+        if (!Screenshots::save(shot, name))
             return QImage();
-        qInfo().noquote() << "screenshot" << path;
         if (!helpName.isEmpty() && !helpImages.isEmpty())
             shot.save(QDir(helpImages).filePath(helpName));
         return shot;
@@ -121,9 +118,7 @@ private:
 private slots:
     void initTestCase()
     {
-        if (QGuiApplication::platformName() != QLatin1String("xcb"))
-            QSKIP("needs an X display: run under xvfb-run with QT_QPA_PLATFORM=xcb");
-        QVERIFY(QDir().mkpath(BRINHOLT_BINARY_DIR "/screenshots"));
+        BRINHOLT_SCREENSHOTS_NEED_X();
         helpImages = qEnvironmentVariable("BRINHOLT_HELP_IMAGES");
         QUdpSocket probe;
         QVERIFY(probe.bind(QHostAddress(QHostAddress::LocalHost), quint16(0)));
@@ -133,10 +128,7 @@ private slots:
 
     void pages_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QString>("suffix");
-        QTest::addColumn<QColor>("background");
-        QTest::addColumn<QColor>("accent");
+        Columns::add<int, QString, QColor, QColor>("theme", "suffix", "background", "accent");
         QTest::newRow("light") << 0 << "light" << QColor("#FAFAFA") << QColor("blue");
         QTest::newRow("dark") << 1 << "dark" << QColor("#303030") << QColor("yellow");
     }

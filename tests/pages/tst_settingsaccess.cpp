@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
@@ -229,8 +230,7 @@ private slots:
 
     void everyPageLoadsCleanly_data()
     {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<int>("theme");
+        Columns::add<QString, int>("language", "theme");
         QTest::newRow("English, light") << "en" << 0;
         QTest::newRow("English, dark") << "en" << 1;
         QTest::newRow("French, light") << "fr" << 0;
@@ -242,10 +242,7 @@ private slots:
         QFETCH(QString, language);
         QFETCH(int, theme);
         PageHarness h;
-        QVERIFY(copyCatalogues(h.folder().path()));
-        h.writeSetting("theme", theme);
-        h.writeSetting("language", language == "fr" ? 1 : 0);
-        h.writeSetting("SettingSerialPort", QStringLiteral("None"));
+        QVERIFY(prepareLook(h, theme, language));
         QVERIFY(startMain(h, language));
         for (const char* page : {"settings", "settingsConnections", "quillmereCalibration"}) {
             const QString properties = QByteArray(page) == "settings" ? QStringLiteral(", {\"loader\": loader}") : QString();

@@ -2,6 +2,7 @@
 #include "PageDriver.h"
 #include "PageHarness.h"
 #include "PageInput.h"
+#include "tests/support/Columns.h"
 #include "tests/support/HostTheme.h"
 
 #include "app/BackEnd.h"
@@ -169,21 +170,11 @@ private slots:
         set(page, "sp_udpPort", "value", 7000);
         QVERIFY(leave(h));
 
-        QCOMPARE(stored(h, "language").toInt(), 0);
-        QCOMPARE(stored(h, "theme").toInt(), 1);
-        QCOMPARE(stored(h, "timeZone").toInt(), 0);
-        QCOMPARE(stored(h, "formatMMDD").toInt(), 1);
-        QCOMPARE(stored(h, "timeFormat").toInt(), 1);
-        QCOMPARE(stored(h, "unitSpeed").toInt(), 2);
-        QCOMPARE(stored(h, "unitPre").toInt(), 4);
-        QCOMPARE(stored(h, "precision").toInt(), 2);
-        QCOMPARE(stored(h, "locFormat").toInt(), 0);
-        QCOMPARE(stored(h, "preDisplay").toInt(), 1);
-        QCOMPARE(stored(h, "unitEle").toInt(), 1);
+        checkStored(h, {{"language", 0}, {"theme", 1}, {"timeZone", 0}, {"formatMMDD", 1}, {"timeFormat", 1},
+                        {"unitSpeed", 2}, {"unitPre", 4}, {"precision", 2}, {"locFormat", 0}, {"preDisplay", 1},
+                        {"unitEle", 1}});
         QVERIFY(std::abs(stored(h, "elevation").toDouble() - 328 / FeetPerMetre) < 1e-9);
-        QCOMPARE(stored(h, "SettingSplineLine").toInt(), 0);
-        QCOMPARE(stored(h, "splitScreen").toInt(), 1);
-        QCOMPARE(stored(h, "screenAlwaysOn").toInt(), 1);
+        checkStored(h, {{"SettingSplineLine", 0}, {"splitScreen", 1}, {"screenAlwaysOn", 1}});
         QVERIFY(std::abs(stored(h, "offset").toDouble() - 1.50 / HpaToMmHg) < 1e-9);
         QVERIFY(!stored(h, "SettingUseUdpOut").isValid());
         QVERIFY(!stored(h, "sendUdpPos").isValid());
@@ -219,12 +210,8 @@ private slots:
 
     void storedValuesOutsideTheLimitsAreClamped_data()
     {
-        QTest::addColumn<int>("unitEle");
-        QTest::addColumn<double>("metres");
-        QTest::addColumn<int>("unitPre");
-        QTest::addColumn<double>("offsetHpa");
-        QTest::addColumn<int>("elevationValue");
-        QTest::addColumn<int>("offsetValue");
+        Columns::add<int, double, int, double, int, int>(
+                "unitEle", "metres", "unitPre", "offsetHpa", "elevationValue", "offsetValue");
         // 1000.0 m is the top in metres; in feet the top is 10000 ft, about 3048 m.
         QTest::newRow("metres above 1000.0") << 0 << 2000.0 << 0 << 0.0 << 10000 << 0;
         QTest::newRow("1000.0 m fits") << 0 << 1000.0 << 0 << 0.0 << 10000 << 0;
@@ -503,8 +490,7 @@ private slots:
 
     void calibrationButtonNeedsASerialPort_data()
     {
-        QTest::addColumn<QVariant>("port");
-        QTest::addColumn<bool>("enabled");
+        Columns::add<QVariant, bool>("port", "enabled");
         QTest::newRow("no key") << QVariant() << false;
         QTest::newRow("None") << QVariant(QStringLiteral("None")) << false;
         QTest::newRow("a port") << QVariant(QStringLiteral("ttyUSB0 Skerry")) << true;
@@ -575,11 +561,7 @@ private slots:
 
         // What the first save wrote is what stays: the dying page, whose lists were emptied and
         // refilled by the new catalogue, wrote nothing more.
-        QCOMPARE(stored(h, "language").toInt(), 1);
-        QCOMPARE(stored(h, "theme").toInt(), 1);
-        QCOMPARE(stored(h, "timeZone").toInt(), 0);
-        QCOMPARE(stored(h, "preDisplay").toInt(), 1);
-        QCOMPARE(stored(h, "unitPre").toInt(), 3);
+        checkStored(h, {{"language", 1}, {"theme", 1}, {"timeZone", 0}, {"preDisplay", 1}, {"unitPre", 3}});
         QCOMPARE(stored(h, "offset").toDouble(), 0.025 / HpaToInHg);
         QVERIFY(isDark(h));
         QCOMPARE(prop(french, "comboTheme", "currentIndex").toInt(), 1);

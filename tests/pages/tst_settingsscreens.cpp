@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "Screenshots.h"
+#include "tests/support/Columns.h"
 
 #include "app/BackEnd.h"
 
@@ -50,11 +52,7 @@ private:
     {
         QTest::qWait(150);
         const QImage shot = h.window()->grabWindow();
-        if (shot.isNull())
-            return false;
-        const QString path = QDir(BRINHOLT_BINARY_DIR "/screenshots").filePath(file);
-        qInfo().noquote() << "screenshot" << path;
-        return shot.save(path);
+        return !shot.isNull() && Screenshots::save(shot, file);
     }
 
 private slots:
@@ -66,9 +64,7 @@ private slots:
 
     void page_data()
     {
-        QTest::addColumn<QString>("page");
-        QTest::addColumn<int>("theme");
-        QTest::addColumn<QString>("language");
+        Columns::add<QString, int, QString>("page", "theme", "language");
         for (const char* page : {"settings", "settingsConnections", "quillmereCalibration"}) {
             QTest::addRow("%s light", page) << page << 0 << "en";
             QTest::addRow("%s dark", page) << page << 1 << "en";
@@ -83,11 +79,8 @@ private slots:
         QFETCH(int, theme);
         QFETCH(QString, language);
         PageHarness h;
-        QVERIFY(copyCatalogues(h.folder().path()));
         // A first start: no window geometry stored, so the window takes 70% of the screen.
-        h.writeSetting("theme", theme);
-        h.writeSetting("language", language == "fr" ? 1 : 0);
-        h.writeSetting("SettingSerialPort", QStringLiteral("None"));
+        QVERIFY(prepareLook(h, theme, language));
         QVERIFY(h.start(true, language));
         const QSize firstStart = QGuiApplication::primaryScreen()->size() * 0.7;
         QTRY_VERIFY(qAbs(h.window()->width() - firstStart.width()) <= 1);

@@ -13,8 +13,7 @@ class AppProcess
 public:
     explicit AppProcess(const QString& dataFolder);
     ~AppProcess();
-    AppProcess(const AppProcess&) = delete;
-    AppProcess& operator=(const AppProcess&) = delete;
+    Q_DISABLE_COPY(AppProcess)
 
     QProcessEnvironment& environment() { return env; }
     bool start(const QStringList& arguments = QStringList());

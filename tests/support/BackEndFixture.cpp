@@ -6,10 +6,7 @@
 
 BackEndFixture::BackEndFixture(const QVariantMap& extra)
 {
-    QVariantMap values = NmeaTestKit::quietSettings();
-    for (auto it = extra.cbegin(); it != extra.cend(); ++it)
-        values.insert(it.key(), it.value());
-    NmeaTestKit::writeIni(values);
+    NmeaTestKit::writeIni(NmeaTestKit::quietSettingsWith(extra));
     b.reset(new BackEnd);
 }
 

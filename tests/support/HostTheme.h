@@ -14,8 +14,7 @@ class HostTheme
 public:
     HostTheme();
     ~HostTheme();
-    HostTheme(const HostTheme&) = delete;
-    HostTheme& operator=(const HostTheme&) = delete;
+    Q_DISABLE_COPY(HostTheme)
 
     void setWindowText(const QColor& color);
     void setNoPalette();

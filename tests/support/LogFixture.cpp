@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/LogFixture.h"
 
+#include "tests/support/TestDatabase.h"
+
 #include "app/BackEnd.h"
 #include "log/DataSource.h"
 
@@ -46,24 +48,12 @@ void LogFixture::restart()
 
 static QSqlDatabase testDatabase(const QString& path)
 {
-    QSqlDatabase db = QSqlDatabase::contains(TestConnection)
-            ? QSqlDatabase::database(TestConnection, false)
-            : QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), TestConnection);
-    if (db.databaseName() != path) {
-        db.close();
-        db.setDatabaseName(path);
-    }
-    if (!db.isOpen())
-        db.open();
-    return db;
+    return TestDatabase::open(TestConnection, path);
 }
 
 int LogFixture::rowCount(const QString& table) const
 {
-    QSqlQuery query(testDatabase(dataFolder.filePath(QStringLiteral("brinholt.db"))));
-    if (!query.exec(QStringLiteral("SELECT COUNT(*) FROM %1").arg(table)) || !query.next())
-        return -1;
-    return query.value(0).toInt();
+    return TestDatabase::rowCount(testDatabase(dataFolder.filePath(QStringLiteral("brinholt.db"))), table);
 }
 
 QVariantList LogFixture::column(const QString& table, int column) const

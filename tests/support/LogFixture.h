@@ -19,8 +19,7 @@ class LogFixture
 public:
     LogFixture();
     ~LogFixture();
-    LogFixture(const LogFixture&) = delete;
-    LogFixture& operator=(const LogFixture&) = delete;
+    Q_DISABLE_COPY(LogFixture)
 
     BackEnd& backEnd() { return *back; }
     DataSource& log() { return *source; }

@@ -13,8 +13,7 @@ class MessageLog
 public:
     MessageLog();
     ~MessageLog();
-    MessageLog(const MessageLog&) = delete;
-    MessageLog& operator=(const MessageLog&) = delete;
+    Q_DISABLE_COPY(MessageLog)
 
     QStringList messages() const;
     // Number of messages that contain `text`.

@@ -19,8 +19,7 @@ class PrivateSessionBus
 public:
     PrivateSessionBus();
     ~PrivateSessionBus();
-    PrivateSessionBus(const PrivateSessionBus&) = delete;
-    PrivateSessionBus& operator=(const PrivateSessionBus&) = delete;
+    Q_DISABLE_COPY(PrivateSessionBus)
 
     bool isRunning() const { return !address.isEmpty(); }
     // A new connection to the bus under the given name.

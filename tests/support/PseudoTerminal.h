@@ -13,8 +13,7 @@ class PseudoTerminal
 public:
     explicit PseudoTerminal(const QString& linkPath = QString());
     ~PseudoTerminal();
-    PseudoTerminal(const PseudoTerminal&) = delete;
-    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+    Q_DISABLE_COPY(PseudoTerminal)
 
     bool open();
     bool isOpen() const { return master >= 0; }

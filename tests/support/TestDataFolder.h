@@ -11,8 +11,7 @@ class TestDataFolder
 public:
     TestDataFolder();
     ~TestDataFolder();
-    TestDataFolder(const TestDataFolder&) = delete;
-    TestDataFolder& operator=(const TestDataFolder&) = delete;
+    Q_DISABLE_COPY(TestDataFolder)
 
     QString path() const;
     QString filePath(const QString& name) const;

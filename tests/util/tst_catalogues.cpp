@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/support/Columns.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
@@ -22,10 +24,7 @@ private slots:
 
 void TestCatalogues::translation_data()
 {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("context");
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("expected");
+    Columns::add<QString, QString, QString, QString>("file", "context", "source", "expected");
 
     const QString fr = QStringLiteral("Brinholt_fr_FR.qm");
     const QString en = QStringLiteral("Brinholt_en_US.qm");
@@ -74,9 +73,7 @@ void TestCatalogues::translation()
 
 void TestCatalogues::everyPageTextIsInBothCatalogues_data()
 {
-    QTest::addColumn<QString>("catalogue");
-    QTest::addColumn<QString>("context");
-    QTest::addColumn<QString>("source");
+    Columns::add<QString, QString, QString>("catalogue", "context", "source");
     // qsTr("text") in the file's own context, or qsTranslate("context", "text").
     const QRegularExpression text(QStringLiteral("qs(?:Tr|Translate)\\((?:\"(\\w+)\", )?\"((?:[^\"\\\\]|\\\\.)*)\"\\)"));
     const QDir pages(QStringLiteral(BRINHOLT_SOURCE_DIR "/pages"));

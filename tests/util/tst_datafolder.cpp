@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/support/Columns.h"
 #include "util/DataFolder.h"
 
 #include <QtCore/QCoreApplication>
@@ -30,9 +31,7 @@ private:
 private slots:
     void theLayoutDecides_data()
     {
-        QTest::addColumn<QString>("executableFolder");
-        QTest::addColumn<QStringList>("folders");
-        QTest::addColumn<bool>("installed");
+        Columns::add<QString, QStringList, bool>("executableFolder", "folders", "installed");
         QTest::newRow("bin beside share/brinholt is installed")
                 << "usr/bin" << QStringList{"usr/bin", "usr/share/brinholt"} << true;
         QTest::newRow("a local prefix is installed too")

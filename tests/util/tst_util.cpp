@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
+#include "tests/support/Columns.h"
 #include "tests/support/MessageLog.h"
 #include "tests/support/TestDataFolder.h"
 #include "util/Util.h"
@@ -164,11 +165,8 @@ void TestUtil::applySettings(const QVariantMap& settings)
 
 void TestUtil::formatPosition_data()
 {
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QVariant>("locFormat");
-    QTest::addColumn<double>("longitude");
-    QTest::addColumn<double>("latitude");
-    QTest::addColumn<QString>("expected");
+    Columns::add<QString, QVariant, double, double, QString>(
+            "language", "locFormat", "longitude", "latitude", "expected");
 
     const QVariant absent;
     QTest::newRow("seattle in degrees minutes seconds")
@@ -207,10 +205,7 @@ void TestUtil::formatPosition()
 
 void TestUtil::formatLatitude_data()
 {
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<int>("locFormat");
-    QTest::addColumn<double>("latitude");
-    QTest::addColumn<QString>("expected");
+    Columns::add<QString, int, double, QString>("language", "locFormat", "latitude", "expected");
 
     QTest::newRow("latitude zero prints south") << "en" << 1 << 0.0 << " 00°00.00'S";
     QTest::newRow("latitude zero prints south in seconds") << "en" << 0 << 0.0 << " 00°00'00\"S";
@@ -237,8 +232,7 @@ void TestUtil::formatLatitude()
 
 void TestUtil::formatLongitude_data()
 {
-    QTest::addColumn<double>("longitude");
-    QTest::addColumn<QString>("expected");
+    Columns::add<double, QString>("longitude", "expected");
 
     // Decimal degrees show the folded value plainly.
     QTest::newRow("longitude zero prints west") << 0.0 << "0.0000°W";
@@ -264,9 +258,7 @@ void TestUtil::formatLongitude()
 
 void TestUtil::formatDegres_data()
 {
-    QTest::addColumn<int>("locFormat");
-    QTest::addColumn<double>("value");
-    QTest::addColumn<QString>("expected");
+    Columns::add<int, double, QString>("locFormat", "value", "expected");
 
     QTest::newRow("seconds form marks a negative value") << 0 << -5.5 << "-05°30'00\"";
     QTest::newRow("seconds form keeps three degree digits") << 0 << 123.0 << " 123°00'00\"";
@@ -296,8 +288,7 @@ void TestUtil::notANumber()
 
 void TestUtil::formatDir3Int_data()
 {
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("expected");
+    Columns::add<int, QString>("value", "expected");
 
     QTest::newRow("7 gives 007") << 7 << "007";
     QTest::newRow("245 gives 245") << 245 << "245";
@@ -314,10 +305,7 @@ void TestUtil::formatDir3Int()
 
 void TestUtil::formatDir3Double_data()
 {
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<double>("value");
-    QTest::addColumn<int>("decimals");
-    QTest::addColumn<QString>("expected");
+    Columns::add<QString, double, int, QString>("language", "value", "decimals", "expected");
 
     QTest::newRow("45.5 with one decimal gives 045.5") << "en" << 45.5 << 1 << "045.5";
     QTest::newRow("two decimals pad to six places") << "en" << 5.25 << 2 << "005.25";
@@ -343,9 +331,7 @@ void TestUtil::formatDir3Double()
 
 void TestUtil::convertDateTime_data()
 {
-    QTest::addColumn<QVariant>("timeZone");
-    QTest::addColumn<int>("expectedZoneKind");
-    QTest::addColumn<int>("expectedHour");
+    Columns::add<QVariant, int, int>("timeZone", "expectedZoneKind", "expectedHour");
 
     QTest::newRow("time zone 0 is UTC") << QVariant(0) << int(Qt::UTC) << 14;
     QTest::newRow("time zone 1 is local") << QVariant(1) << int(Qt::LocalTime) << 6;
@@ -369,9 +355,7 @@ void TestUtil::convertDateTime()
 
 void TestUtil::convertDateFormat_data()
 {
-    QTest::addColumn<int>("formatMMDD");
-    QTest::addColumn<QString>("format");
-    QTest::addColumn<QString>("expected");
+    Columns::add<int, QString, QString>("formatMMDD", "format", "expected");
 
     QTest::newRow("long weekday format at 1 puts the day first")
         << 1 << "dddd MMMM d yyyy" << "dddd d MMMM yyyy";
@@ -410,9 +394,7 @@ void TestUtil::convertDateFormat()
 
 void TestUtil::formatDateLong_data()
 {
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<QDateTime>("moment");
-    QTest::addColumn<QString>("expected");
+    Columns::add<QVariantMap, QDateTime, QString>("settings", "moment", "expected");
 
     const QDateTime earlyMorning(QDate(2026, 11, 5), QTime(3, 0, 0), Qt::UTC);
     QTest::newRow("default order puts the month first")
@@ -435,8 +417,7 @@ void TestUtil::formatDateLong()
 
 void TestUtil::formatDateTimeLong_data()
 {
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<QString>("expected");
+    Columns::add<QVariantMap, QString>("settings", "expected");
 
     QTest::newRow("24-hour clock in UTC")
         << QVariantMap{{"timeZone", 0}} << "11/05/2026 14:03 UTC";
@@ -459,8 +440,7 @@ void TestUtil::formatDateTimeLong()
 
 void TestUtil::formatDateIso_data()
 {
-    QTest::addColumn<int>("timeZone");
-    QTest::addColumn<QString>("expected");
+    Columns::add<int, QString>("timeZone", "expected");
 
     QTest::newRow("UTC ends in Z") << 0 << "2026-11-05T14:03:22Z";
     QTest::newRow("local time shows the local clock and no zone") << 1 << "2026-11-05T06:03:22";
@@ -477,10 +457,7 @@ void TestUtil::formatDateIso()
 
 void TestUtil::formatDateBaro_data()
 {
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<QDateTime>("moment");
-    QTest::addColumn<QString>("expected");
+    Columns::add<QString, QVariantMap, QDateTime, QString>("language", "settings", "moment", "expected");
 
     const QDateTime morning(QDate(2026, 11, 5), QTime(9, 5, 7), Qt::UTC);
     QTest::newRow("day first 24-hour clock")
@@ -540,10 +517,7 @@ void TestUtil::formatDateBaro()
 
 void TestUtil::formatSpeed_data()
 {
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QVariant>("unitSpeed");
-    QTest::addColumn<double>("speed");
-    QTest::addColumn<QString>("expected");
+    Columns::add<QString, QVariant, double, QString>("language", "unitSpeed", "speed", "expected");
 
     const double fiveKnots = 5.0 * 1.852 / 3.6;
     QTest::newRow("knots") << "en" << QVariant(0) << fiveKnots << "5.0 kts";
@@ -572,10 +546,7 @@ void TestUtil::formatSpeed()
 
 void TestUtil::formatPressure_data()
 {
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<bool>("withUnit");
-    QTest::addColumn<QString>("expected");
+    Columns::add<QString, QVariantMap, bool, QString>("language", "settings", "withUnit", "expected");
 
     const auto unit = [](int unitPre, int precision = 1) {
         return QVariantMap{{"unitPre", unitPre}, {"precision", precision}};
