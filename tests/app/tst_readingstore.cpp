@@ -55,27 +55,31 @@ private slots:
 
     void readingLivesJustUnderAMinute_data()
     {
+        QTest::addColumn<int>("source");
         QTest::addColumn<qint64>("age");
         QTest::addColumn<bool>("counts");
-        QTest::newRow("fresh") << qint64(0) << true;
-        QTest::newRow("59999 ms still counts") << qint64(59999) << true;
-        QTest::newRow("60000 ms no longer") << qint64(60000) << false;
+        QTest::newRow("fresh") << int(Serial) << qint64(0) << true;
+        QTest::newRow("59999 ms still counts") << int(Serial) << qint64(59999) << true;
+        QTest::newRow("60000 ms no longer") << int(Serial) << qint64(60000) << false;
+        QTest::newRow("the internal sensor's the same") << int(Internal) << qint64(60000) << false;
+        QTest::newRow("and UDP's") << int(Udp) << qint64(59999) << true;
     }
 
     void readingLivesJustUnderAMinute()
     {
+        QFETCH(int, source);
         QFETCH(qint64, age);
         QFETCH(bool, counts);
         ReadingStore store;
-        store.store(1013.25, Serial);
+        store.store(1013.25, source);
         Clock::advanceMonotonicMs(age);
         const ReadingStore::Reading reading = store.current();
-        QCOMPARE(reading.source, counts ? int(Serial) : -1);
+        QCOMPARE(reading.source, counts ? source : -1);
         QCOMPARE(reading.value, counts ? 1013.25 : Pressure::None);
         if (counts)
             QCOMPARE(reading.ageMs, age);
         // However old, the value stands.
-        QCOMPARE(store.latest(Serial), 1013.25);
+        QCOMPARE(store.latest(source), 1013.25);
     }
 
     void staleWinnerGivesWayToTheNext()
