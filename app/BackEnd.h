@@ -1,8 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/SettingsMirror.h"
-#include "app/StateAssembler.h"
+#include "app/CalibrationDialogue.h"
+#include "app/HelpDocuments.h"
+#include "app/HostQueries.h"
+#include "app/InternalBroadcast.h"
+#include "app/InternalSensor.h"
+#include "app/PositionIntake.h"
+#include "app/ReadingStore.h"
+#include "app/ReceiverControl.h"
+#include "app/SamplingTick.h"
+#include "app/SettingsAccess.h"
 #include "app/WatchPage.h"
 #include "log/LogHost.h"
 #include "nmea/CalibrationLink.h"
@@ -11,23 +19,18 @@
 #include "nmea/ReadingSink.h"
 #include "nmea/ReceiverHost.h"
 #include "nmea/SignalKOutput.h"
-#include "util/AgeTimer.h"
-#include "util/Pressure.h"
-#include "util/SeqLock.h"
 #include "util/StatePublisher.h"
 #include "util/WarningState.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QObject>
 #include <QtCore/QPointF>
-#include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtCore/QVariant>
 #include <QtPositioning/QGeoPositionInfo>
-#include <QtSensors/QPressureSensor>
 
 #include <atomic>
 #include <functional>
@@ -40,9 +43,13 @@ class DataSource;
 class NmeaReceiver;
 class NmeaSenderUdp;
 
-// The present state of the instrument: the latest reading of each source, the settings,
-// the sampling tick and the NMEA receiver. It is what NMEA input and the log reach of the
-// application: the one made last installs itself as their sink and host.
+// The log the tick writes into, set beside `backend` by whoever makes the log.
+extern DataSource* dataSource;
+
+// The present state of the instrument, as the pages and the layers below meet it: the
+// latest reading of each source, the settings, the sampling tick and the NMEA receiver. It
+// names what they call and forwards each call to the part that owns the concern. The one
+// made last installs itself as the sink and host of NMEA input and the log.
 class BackEnd : public QObject, public ReadingSink, public ReceiverHost, public CalibrationLink, public LogHost
 {
     Q_OBJECT
@@ -74,15 +81,15 @@ public:
     void setIosGpsData(double longitude, double latitude, double course, double speed);
 
     // The long-lived settings object, for the readers that go to it directly.
-    QSettings* getSettings() const override { return settings; }
+    QSettings* getSettings() const override { return settingsAccess.object(); }
     QString getAppPath() const override { return appPath; }
     // The NMEA receiver now running, or null; it lives on its own thread.
-    NmeaReceiver* getReceiver() const { return receiver; }
-    const ConnectionStatusBoard& getConnectionStatusBoard() const { return connectionStatusBoard; }
+    NmeaReceiver* getReceiver() const { return receiverControl.receiver(); }
+    const ConnectionStatusBoard& getConnectionStatusBoard() const { return receiverControl.board(); }
     WatchPage& getWatchPage() { return watchPage; }
     SignalKOutput& getSignalKOutput() { return signalKOutput; }
     // The sender of the internal sensor and location paths, or null.
-    NmeaSenderUdp* getSenderUdp() const { return senderUdp; }
+    NmeaSenderUdp* getSenderUdp() const { return broadcast.sender(); }
     // When the application last left the active state, in UTC; null before that.
     QDateTime getPauseTime() const { return pauseTime; }
 
@@ -110,7 +117,7 @@ public slots:
     void slot_internalPositionUpdated(QGeoPositionInfo g);
     void slot_pressureReading();
     void slot_calibrationValues(QString message);
-    void slot_startIosBarometer();
+    void slot_startIosBarometer() {}
 
 public:
     Q_INVOKABLE double getCurrentPressure() override;
@@ -120,22 +127,22 @@ public:
     Q_INVOKABLE void setSetting(QString key, QVariant val);
     Q_INVOKABLE QString getFormatedPressure(int unit, double offset, int levelType, double levelValue);
     Q_INVOKABLE void pauseService(bool b);
-    Q_INVOKABLE QString getVersion();
+    Q_INVOKABLE QString getVersion() { return QStringLiteral("3.0.0"); }
     Q_INVOKABLE QString getHelpHtml();
     Q_INVOKABLE QUrl getHelpBaseUrl();
     Q_INVOKABLE QUrl getHelpUrl();
-    Q_INVOKABLE bool isSystemDarkMode();
+    Q_INVOKABLE bool isSystemDarkMode() { return HostQueries::isSystemDarkMode(); }
     Q_INVOKABLE void setPreviousTheme(int i);
-    Q_INVOKABLE bool isPhone();
+    Q_INVOKABLE bool isPhone() { return false; }
     Q_INVOKABLE double convertToHpa(double value);
     Q_INVOKABLE double convertToOther(double value) override;
-    Q_INVOKABLE void changeAlwaysOn();
-    Q_INVOKABLE bool checkPermissionPart1();
-    Q_INVOKABLE bool checkPermissionPart2();
-    Q_INVOKABLE bool checkPermissionPart3();
-    Q_INVOKABLE bool askPermissionPart1();
-    Q_INVOKABLE bool askPermissionPart2();
-    Q_INVOKABLE bool askPermissionPart3();
+    Q_INVOKABLE void changeAlwaysOn() {}
+    Q_INVOKABLE bool checkPermissionPart1() { return true; }
+    Q_INVOKABLE bool checkPermissionPart2() { return true; }
+    Q_INVOKABLE bool checkPermissionPart3() { return true; }
+    Q_INVOKABLE bool askPermissionPart1() { return true; }
+    Q_INVOKABLE bool askPermissionPart2() { return true; }
+    Q_INVOKABLE bool askPermissionPart3() { return true; }
     Q_INVOKABLE void startLocationServices();
     Q_INVOKABLE void syncSettings();
     Q_INVOKABLE bool androidPermissionAlreadyAsked1();
@@ -153,7 +160,7 @@ public:
     Q_INVOKABLE QString getPressureSource();
     Q_INVOKABLE QString getPressureUnit() override;
     Q_INVOKABLE void calibrateBarometer(double offset, double slope, double pressure);
-    Q_INVOKABLE qlonglong getCurrentTime();
+    Q_INVOKABLE qlonglong getCurrentTime() { return QDateTime::currentSecsSinceEpoch(); }
     Q_INVOKABLE void clearAllFix();
     Q_INVOKABLE QString getFormatedPressureMb(double m_pressure);
     Q_INVOKABLE void requestCurrentCalibration();
@@ -165,89 +172,49 @@ public:
     Q_INVOKABLE QString connectionStatus(int which);
 
     // The dark-mode answer for a window text colour: each of red, blue and green at least 129.
-    static bool isDarkText(const QColor& windowText);
+    static bool isDarkText(const QColor& windowText) { return HostQueries::isDarkText(windowText); }
     // One entry of the port list: the name, a blank and the description, which may be empty.
-    static QString serialPortEntry(const QString& portName, const QString& description);
+    static QString serialPortEntry(const QString& portName, const QString& description)
+    {
+        return HostQueries::serialPortEntry(portName, description);
+    }
 
     // The serial ports as name and description, in the order the system gives them.
-    using PortList = QList<std::pair<QString, QString>>;
-    static PortList systemPorts();
+    using PortList = HostQueries::PortList;
+    static PortList systemPorts() { return HostQueries::systemPorts(); }
     // Puts another list in place of the system's, for tests: the system lists no
     // pseudo-terminal, and a machine may have no port at all.
     void setPortLister(std::function<PortList()> lister);
 
 private:
-    // One source's position, course and speed. The receiver's thread writes them while the
-    // tick reads them; `fixLock` keeps the four consistent without making the tick wait.
-    struct Fix
-    {
-        std::atomic<bool> hasFix{false};
-        std::atomic<double> longitude{0.0};
-        std::atomic<double> latitude{0.0};
-        std::atomic<double> cog{0.0};
-        std::atomic<double> sog{0.0};
-    };
-    struct ChosenFix
-    {
-        bool found = false;
-        QPointF position;
-        double cog = 0.0;
-        double sog = 0.0;
-    };
+    // Connects the location service's updates to slot_internalPositionUpdated, once.
+    void followPositions(QGeoPositionInfoSource& source);
+    // The parts' signals are the façade's.
+    void forwardSignals();
 
-    // The reading the tick would take: the first usable source in order, with its age.
-    struct Reading
-    {
-        double value = Pressure::None;
-        int source = -1;
-        qint64 ageMs = 0;
-    };
-    Reading currentReading() const;
-    static QString sourceText(int source);
-    void publishTick(const StateAssembler::Tick& tick);
-
-    ChosenFix chooseFix() const;
-    void stepTickCounter();
-    QString displayPressure(double pressure);
-    // The UDP step of the internal position paths.
-    void sendInternalPosition();
-
-    std::function<PortList()> portLister = &BackEnd::systemPorts;
     QTimer timerData;
-    QTimer timerSensor;
-    QTimer timerOperation;
-    QSettings* settings = nullptr;
-    // What the receiver's thread reads through getSetting.
-    SettingsMirror settingsMirror;
-    std::atomic<double> pressure[NmeaSourceCount] = {Pressure::None, Pressure::None, Pressure::None, Pressure::None};
+    QQmlApplicationEngine* engine = nullptr;
+    QString appPath = QStringLiteral("./");
+    SettingsAccess settingsAccess;
+    ReadingStore readings;
+    InternalBroadcast broadcast{settingsAccess};
+    PositionIntake positions{*this, settingsAccess, broadcast,
+                             [this](QGeoPositionInfoSource& source) { followPositions(source); }};
+    InternalSensor sensor{readings, broadcast};
+    StatePublisher statePublisher;
+    SamplingTick tick{settingsAccess, readings, positions, statePublisher, dataSource};
+    CalibrationDialogue calibration;
+    HelpDocuments documents{settingsAccess, appPath};
+    HostQueries host{settingsAccess};
+    ReceiverControl receiverControl{settingsAccess};
     // Level in the two low bits, acknowledgement in the third, the time above: one word, so
     // that the output tick never sees half of a change.
     std::atomic<qint64> warningState{0};
-    AgeTimer pressureAge[NmeaSourceCount];
-    int tickCounter = 768;
-    QSet<QString> doubleKeys;
-    QSet<QString> stringKeys;
-    QQmlApplicationEngine* engine = nullptr;
-    // hasFix, position, cog and sog of each source.
-    Fix fixes[NmeaSourceCount];
-    mutable SeqLock fixLock;
-    bool sensorStarted = false;
-    QGeoPositionInfoSource* positionSource = nullptr;
-    QPressureSensor pressureSensor;
-    NmeaSenderUdp* senderUdp = nullptr;
-    QString appPath = QStringLiteral("./");
-    int previousTheme = -1;
     QDateTime pauseTime;
-    NmeaReceiver* receiver = nullptr;
-    // What the receiver's connections are doing, for the Connections page.
-    ConnectionStatusBoard connectionStatusBoard;
-    StatePublisher statePublisher;
     // Started, stopped and restarted with the connections, by startNmea.
-    WatchPage watchPage;
+    WatchPage watchPage{dataSource};
     // Restarted with the receiver; stopped before anything it reads goes.
     SignalKOutput signalKOutput;
 };
 
 extern BackEnd* backend;
-// The log the tick writes into, set beside `backend` by whoever makes the log.
-extern DataSource* dataSource;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/StateAssembler.h"
 
+#include "app/PressureUnits.h"
 #include "log/DataSource.h"
 #include "log/PressureWarning.h"
 #include "log/TendencyReport.h"
@@ -16,20 +17,6 @@ namespace {
 double orUnknown(std::optional<double> value)
 {
     return value ? *value : ShownState::Unknown;
-}
-
-double inUnit(double hpa, int unit)
-{
-    switch (unit) {
-    case Pressure::Kpa:
-        return hpa / Pressure::HpaPerKpa;
-    case Pressure::InHg:
-        return hpa * Pressure::InHgPerHpa;
-    case Pressure::MmHg:
-        return hpa * Pressure::MmHgPerHpa;
-    default:
-        return hpa;
-    }
 }
 }
 
@@ -69,7 +56,7 @@ ShownState StateAssembler::assemble(const Tick& tick, const ShownState& previous
         if (state.level != 1)
             shown /= Pressure::seaLevelFactor(elevation);
         state.shownPressureHpa = shown;
-        state.shownPressure = inUnit(shown, state.unit);
+        state.shownPressure = PressureUnits::fromHpa(shown, state.unit);
     }
     state.logged = tick.logged;
 

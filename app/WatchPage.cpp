@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WatchPage.h"
 
-#include "app/BackEnd.h"
 #include "log/Barogram.h"
 #include "log/DataSource.h"
 #include "util/SettingKeys.h"
@@ -11,17 +10,19 @@
 
 namespace {
 
-WatchFeed::Sources logSources()
+// The log is looked up at each call: it is made after the back end and may go first.
+WatchFeed::Sources logSources(DataSource* const* log)
 {
     WatchFeed::Sources sources;
-    sources.span = [](int chartNb) {
-        if (dataSource)
+    sources.span = [log](int chartNb) {
+        if (DataSource* dataSource = *log)
             return dataSource->readChart(chartNb);
         ChartSpan none;
         none.chartNb = chartNb;
         return none;
     };
-    sources.barogram = [](int table, bool pdf, bool withLastFix) {
+    sources.barogram = [log](int table, bool pdf, bool withLastFix) {
+        DataSource* dataSource = *log;
         if (!dataSource)
             return QByteArray();
         QBuffer buffer;
@@ -36,8 +37,8 @@ WatchFeed::Sources logSources()
 
 } // namespace
 
-WatchPage::WatchPage(QObject* parent)
-    : WatchPage(logSources(), parent)
+WatchPage::WatchPage(DataSource* const& log, QObject* parent)
+    : WatchPage(logSources(&log), parent)
 {
 }
 

@@ -14,6 +14,8 @@ class QSettings;
 // The watch page on the boat's network: a phone or tablet in a browser reads the barometer
 // from it, and only reads. Off, nothing listens. This object lives on the main thread and
 // owns the server, whose threads read the published state and the feed's copies only.
+class DataSource;
+
 class WatchPage : public QObject
 {
     Q_OBJECT
@@ -23,8 +25,8 @@ public:
     // connections of the receiver.
     static constexpr int StatusChannel = 7;
 
-    // The log's charts and barograms come from the global `dataSource` when it is there.
-    explicit WatchPage(QObject* parent = nullptr);
+    // Serves the chart and the barogram from whatever log `log` points to when asked.
+    explicit WatchPage(DataSource* const& log, QObject* parent = nullptr);
     WatchPage(WatchFeed::Sources sources, QObject* parent = nullptr);
     ~WatchPage() override;
 

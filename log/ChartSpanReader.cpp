@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "log/ChartSpanReader.h"
 
-#include "log/DataSource.h"
 #include "log/LogHost.h"
+#include "log/LogRow.h"
 #include "util/Clock.h"
-#include "util/SettingKeys.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QtMath>
@@ -15,8 +14,6 @@
 
 namespace {
 const QString ChartRows = QStringLiteral("SELECT * FROM %1 ORDER BY TIME DESC;");
-// Columns of a row, in the order of the table's definition.
-enum Column { Time = 0, Pre = 5, Ele = 6, Ofs = 7 };
 }
 
 void ChartSpanReader::axisBounds(double min, double max, double& low, double& high)
@@ -39,27 +36,19 @@ void ChartSpanReader::axisBounds(double min, double max, double& low, double& hi
         high += 1.0;
 }
 
-double ChartSpanReader::roundToHundredths(double value)
-{
-    return qRound(value * 100) / 100.0;
-}
-
-ChartSpan ChartSpanReader::read(DataSource& log, int chartNb)
+ChartSpan ChartSpanReader::read(QSqlDatabase& database, const QString& table, int chartNb, int interval)
 {
     ChartSpan span;
     span.chartNb = chartNb;
-    LogHost& host = DataSource::host();
+    const double factor = LogRow::unitFactor();
+    const int preDisplay = LogRow::preDisplay();
 
-    const double factor = DataSource::pressureUnitFactor();
-    const int preDisplay = host.getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
-
-    QSqlQuery query(log.database);
+    QSqlQuery query(database);
     query.setForwardOnly(true);
-    if (!query.exec(ChartRows.arg(log.tableNames.at(chartNb))))
+    if (!query.exec(ChartRows.arg(table)))
         qWarning().noquote() << "db query error" << query.lastError() << query.lastQuery();
 
-    const int interval = log.tableIntervals.at(chartNb);
-    const double xUnit = DataSource::secondsPerUnit(chartNb);
+    const double xUnit = LogRow::secondsPerUnit(chartNb);
     span.secondsPerUnit = xUnit;
     const double gapLimit = ChartSpanReader::gapLimit(interval);
     const qint64 clock = Clock::currentSecsSinceEpoch();
@@ -69,15 +58,14 @@ ChartSpan ChartSpanReader::read(DataSource& log, int chartNb)
     qint64 previousTime = 0;
     bool first = true;
     while (query.next()) {
-        const qint64 time = query.value(Time).toLongLong();
+        const qint64 time = query.value(LogRow::Time).toLongLong();
         if (first) {
             // While pressure arrives the newest row is x = 0; after it stops, the present is.
-            span.now = host.getCurrentPressure() < 0.0 ? clock : time;
+            LogHost* host = LogHost::installed();
+            span.now = host && host->getCurrentPressure() < 0.0 ? clock : time;
             first = false;
         }
-        const double pressure = DataSource::displayedPressure(query.value(Pre).toDouble(), query.value(Ele).toDouble(),
-                                                              query.value(Ofs).toDouble(), preDisplay);
-        const double y = roundToHundredths(pressure * factor);
+        const double y = LogRow::roundToHundredths(LogRow::displayedPressure(query, preDisplay) * factor);
 
         if (previousTime != 0 && previousTime - time > gapLimit)
             span.series.append(QVector<QPointF>());

@@ -3,7 +3,8 @@
 
 #include "log/ChartSpan.h"
 
-class DataSource;
+class QSqlDatabase;
+class QString;
 
 // The chart feed's rules in one place: all rows of a table, newest first, each row's
 // displayed pressure in the chosen level and unit rounded to hundredths, a new stretch at
@@ -15,7 +16,7 @@ public:
     ChartSpanReader() = delete;
 
     // The caller holds the log's lock. Reads the settings and the present pressure now.
-    static ChartSpan read(DataSource& log, int chartNb);
+    static ChartSpan read(QSqlDatabase& database, const QString& table, int chartNb, int interval);
 
     // The y-axis bounds around the values from `min` to `max`, in the chosen unit. The start
     // values of an empty table stay crossed over: the negative max tells the page.
@@ -24,6 +25,4 @@ public:
     // step at each wrap of the tick counter, the interval plus 2 seconds, so that only a
     // real pause breaks it.
     static double gapLimit(int interval) { return interval == 2 ? interval * 2.0 : interval * 1.5; }
-    // A hundredth of the chosen unit, which is what the chart and the cursor show.
-    static double roundToHundredths(double value);
 };

@@ -2,72 +2,37 @@
 #include "log/DataSource.h"
 
 #include "log/Barogram.h"
+#include "log/ChartCursor.h"
 #include "log/ChartSpanReader.h"
 #include "log/CsvExport.h"
 #include "log/GpxExport.h"
+#include "log/LogBrowser.h"
 #include "log/LogHost.h"
+#include "log/LogRow.h"
 #include "log/TendencyReader.h"
 #include "util/Clock.h"
-#include "util/Pressure.h"
 #include "util/SettingKeys.h"
-#include "util/Util.h"
 
 #include <QtCharts/QAbstractAxis>
-#include <QtCharts/QXYSeries>
-#include <QtCore/QDateTime>
 #include <QtCore/QDebug>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QMutexLocker>
 #include <QtCore/QSettings>
 #include <QtCore/QUrl>
-#include <QtCore/QtMath>
 #include <QtGui/QDesktopServices>
 #include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
 
-#include <cmath>
 #include <mutex>
 
 namespace {
-const QString ConnectionName = QStringLiteral("DB_BRINHOLT");
-const QString ServiceConnectionName = QStringLiteral("DB_BRINHOLT_SERVICE");
-const QString CreateTable = QStringLiteral(
-        "CREATE TABLE %1 (TIME INTEGER primary key, LON FLOAT, LAT FLOAT, COG FLOAT, SOG FLOAT, "
-        "PRE FLOAT, ELE FLOAT, OFS FLOAT)");
 const QString DeleteOlder = QStringLiteral("DELETE FROM %1 WHERE TIME < %2;");
 const QString InsertRow = QStringLiteral(
         "INSERT INTO %1 (TIME, LON, LAT, COG, SOG, PRE, ELE, OFS) "
         "VALUES (:TIME, :LON, :LAT, :COG, :SOG, :PRE, :ELE, :OFS);");
-const QString NearestInBaro3h = QStringLiteral("SELECT * from BARO3H ORDER BY ABS(%1 - TIME) LIMIT 1");
-const QString RowAt = QStringLiteral("SELECT * from %1 WHERE TIME = %2");
-const QString RowAfter = QStringLiteral("SELECT * from %1 WHERE TIME > %2 ORDER BY TIME LIMIT 1");
-const QString RowBefore = QStringLiteral("SELECT * from %1 WHERE TIME < %2 ORDER BY TIME DESC LIMIT 1");
-const QString NewestTime = QStringLiteral("SELECT TIME FROM %1 ORDER BY TIME DESC LIMIT 1;");
 const QString RowsNewestFirst = QStringLiteral("SELECT * FROM %1 ORDER BY TIME DESC");
-const QString DeleteRow = QStringLiteral("DELETE FROM %1 WHERE TIME = %2;");
-const QString DeleteAll = QStringLiteral("DELETE FROM %1");
 const QString LastFix = QStringLiteral("SELECT * FROM %1 WHERE LON <> 0 OR LAT <> 0 ORDER BY TIME DESC LIMIT 1");
-
-// Pages of the log file in bytes. Each commit appends every page it changed to the
-// write-ahead log, so small pages cut what a row costs the disk; rows are some 60 bytes.
-constexpr int PageSize = 512;
-// Seconds of the clock between two checkpoints, each of which syncs the write-ahead log
-// and then the file: the most a power cut can take beyond what the kernel wrote back.
-constexpr qint64 CheckpointInterval = 300;
-
-// Columns of a row, in the order of the table's definition.
-enum Column { Time = 0, Lon = 1, Lat = 2, Cog = 3, Sog = 4, Pre = 5, Ele = 6, Ofs = 7 };
-
-// The mark for "no value here" at the chart cursor, in hPa before conversion.
-constexpr double NoValue = -1000.0;
-
-// A hundredth of the chosen unit, which is what the chart and the cursor show.
-double roundToHundredths(double value)
-{
-    return ChartSpanReader::roundToHundredths(value);
-}
 }
 
 DataSource::DataSource(QQuickView* view, QObject* parent)
@@ -83,29 +48,7 @@ DataSource::DataSource(QQuickView* view, QObject* parent)
     qRegisterMetaType<QtCharts::QAbstractSeries*>("QAbstractSeries *");
     qRegisterMetaType<QtCharts::QAbstractAxis*>("QAbstractAxis *");
 
-    const QString path = databasePath();
-    const bool existed = QFileInfo::exists(path);
-    // The log needs the folder itself, for the file and for the write-ahead log beside it.
-    const QString folder = QFileInfo(path).absolutePath();
-    folderWritable = QFileInfo(folder).isWritable();
-    if (!folderWritable)
-        qWarning().noquote() << "data folder not writable, no pressure log is kept:" << folder;
-
-    if (QSqlDatabase::contains(ConnectionName)) {
-        database = QSqlDatabase::database(ConnectionName);
-    } else {
-        database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), ConnectionName);
-        database.setDatabaseName(path);
-        database.open();
-    }
-    prepareJournal();
-
-    if (!existed) {
-        QSqlQuery query(database);
-        query.setForwardOnly(true);
-        for (const QString& name : qAsConst(tableNames))
-            query.exec(CreateTable.arg(name));
-    }
+    store.open(databasePath(), tableNames);
 
     qWarning().noquote() << "dataSource created";
 }
@@ -135,38 +78,7 @@ qint64 DataSource::retention(int interval)
 
 double DataSource::seaLevelPressure(double stationPressure, double elevation)
 {
-    if (std::fabs(elevation) <= 1e-12)
-        return stationPressure;
-    return stationPressure / Pressure::seaLevelFactor(elevation);
-}
-
-double DataSource::displayedPressure(double pressure, double elevation, double offset, int preDisplay)
-{
-    const double station = pressure + offset;
-    return preDisplay == 0 ? seaLevelPressure(station, elevation) : station;
-}
-
-double DataSource::pressureUnitFactor()
-{
-    switch (host().getSetting(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
-    case Pressure::Kpa:
-        return Pressure::KpaPerHpa;
-    case Pressure::InHg:
-        return Pressure::InHgPerHpa;
-    case Pressure::MmHg:
-        return Pressure::MmHgPerHpa;
-    default:
-        return 1.0;
-    }
-}
-
-double DataSource::secondsPerUnit(int chartNb)
-{
-    if (chartNb == 0)
-        return 60.0;
-    if (chartNb <= 5)
-        return 3600.0;
-    return 86400.0;
+    return LogRow::seaLevelPressure(stationPressure, elevation);
 }
 
 bool DataSource::addData(const int& tick, const double& lon, const double& lat, const double& cog,
@@ -185,7 +97,7 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
         if (tick < interval || tick % interval != 0)
             continue;
 
-        QSqlQuery query(database);
+        QSqlQuery query(store.connection());
         query.setForwardOnly(true);
         query.exec(DeleteOlder.arg(tableNames.at(i)).arg(lastSampleTime - retention(interval)));
 
@@ -209,143 +121,44 @@ bool DataSource::addData(const int& tick, const double& lon, const double& lat, 
     if (!inserted)
         return false;
     setTrend();
-    const std::optional<double> fall3h = rawFallSince(10800, pressure);
-    const std::optional<double> fall1h = rawFallSince(3600, pressure);
-    const TendencyReader reader(database);
+    const std::optional<double> fall3h = tendency.fallSince(10800, pressure);
+    const std::optional<double> fall1h = tendency.fallSince(3600, pressure);
+    const TendencyReader reader(store.connection());
     const std::optional<ThreeHourPoints> points = reader.read(lastSampleTime, pressure);
     const std::optional<double> latitude = reader.latestLatitude();
     // Negation is exact: the same bits as the reading minus the row.
     change3h = fall3h ? std::optional<double>(-*fall3h) : std::nullopt;
     change1h = fall1h ? std::optional<double>(-*fall1h) : std::nullopt;
-    // Every statement commits by itself; there is no transaction for this to end.
-    database.commit();
-    checkpointIfDue();
+    store.commit();
+    store.checkpointIfDue(lastSampleTime);
     // Outside the lock: the warning's handlers on the pages may read the log.
     locker.unlock();
     warning.evaluate(fall3h, fall1h, lastSampleTime);
-    tendency.evaluate(points, latitude, lastSampleTime);
+    tendencyReport.evaluate(points, latitude, lastSampleTime);
     return true;
-}
-
-// Write-ahead logging with normal synchronisation. A commit appends the pages it changed
-// to brinholt.db-wal and returns without waiting for the disk: the row is then in the
-// kernel's hands and survives the process being killed, and a reader or the next start
-// finds it there. Only a checkpoint syncs, the log first and the file after it, so the
-// disk sees a few syncs a minute instead of several per statement. A power cut can lose
-// the commits since the latest sync: at most the interval between checkpoints, and in
-// practice less, since the kernel writes dirty pages back after about half a minute by
-// itself. It never damages the file: every frame of the log carries a checksum chained to
-// the ones before it, recovery stops at the first that does not follow, and the file
-// itself is written only from frames already synced.
-void DataSource::prepareJournal()
-{
-    if (!database.isOpen())
-        return;
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    if (query.exec(QStringLiteral("PRAGMA journal_mode")) && query.next()
-        && query.value(0).toString().compare(QLatin1String("wal"), Qt::CaseInsensitive) != 0) {
-        query.finish();
-        // A file of an earlier version, or a new one. The page size changes only when the
-        // file is rewritten, and only outside write-ahead logging; on an empty file the
-        // rewrite costs nothing.
-        query.exec(QStringLiteral("PRAGMA page_size=%1").arg(PageSize));
-        query.exec(QStringLiteral("VACUUM"));
-        query.exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-    }
-    query.finish();
-    query.exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
-    lastCheckpoint = Clock::currentSecsSinceEpoch();
-}
-
-void DataSource::checkpointIfDue()
-{
-    // Either way: a clock stepped back must not put the next checkpoint off for hours.
-    if (qAbs(lastSampleTime - lastCheckpoint) < CheckpointInterval)
-        return;
-    lastCheckpoint = lastSampleTime;
-    QSqlQuery query(database);
-    query.exec(QStringLiteral("PRAGMA wal_checkpoint(PASSIVE)"));
 }
 
 void DataSource::closeDatabase()
 {
-    if (!database.isOpen())
+    if (!store.isOpen())
         return;
     QMutexLocker locker(&mutex);
-    database.commit();
-    {
-        QSqlQuery query(database);
-        query.exec(QStringLiteral("VACUUM"));
-        // The compacted pages are still in the write-ahead log; fold them into the file,
-        // which shrinks it, also while another connection keeps the file open.
-        query.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
-    }
-    database.close();
+    store.close();
 }
 
 void DataSource::openDatabase()
 {
-    if (database.isOpen())
+    if (store.isOpen())
         return;
-    const QString path = databasePath();
-    if (QSqlDatabase::contains(ServiceConnectionName))
-        database = QSqlDatabase::database(ServiceConnectionName);
-    else
-        database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), ServiceConnectionName);
-    database.setDatabaseName(path);
-    database.open();
-    prepareJournal();
+    store.openService(databasePath());
 }
 
 // ---- Tendency -------------------------------------------------------------------------
 
-// Runs under addData's lock. Raw readings on both sides, so that a change of offset or
-// elevation can't pass for weather.
+// Runs under addData's lock.
 void DataSource::setTrend()
 {
-    trend = -10;
-
-    QSqlQuery query(database);
-    query.exec(NearestInBaro3h.arg(lastSampleTime - 3600));
-    if (!query.next())
-        return;
-    if (qAbs(lastSampleTime - query.value(Time).toLongLong() - 3600) > 30)
-        return;
-
-    // hPa per three hours
-    const double change = (host().getCurrentPressure() - query.value(Pre).toDouble()) * 3.0;
-    const double size = std::fabs(change);
-    int level = 4;
-    if (size < 1.0)
-        level = 1;
-    else if (size < 2.0)
-        level = 2;
-    else if (size < 3.0)
-        level = 3;
-    trend = change >= 0.0 ? level : -level;
-}
-
-QPointF DataSource::lastFix(int tableNb)
-{
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    query.exec(LastFix.arg(tableNames.value(tableNb)));
-    if (!query.next())
-        return QPointF();
-    return QPointF(query.value(Lon).toDouble(), query.value(Lat).toDouble());
-}
-
-// Raw on both sides, as the tendency is: the reading this firing logged against the row.
-std::optional<double> DataSource::rawFallSince(qint64 age, double pressure)
-{
-    QSqlQuery query(database);
-    query.exec(NearestInBaro3h.arg(lastSampleTime - age));
-    if (!query.next())
-        return std::nullopt;
-    if (qAbs(lastSampleTime - query.value(Time).toLongLong() - age) > 30)
-        return std::nullopt;
-    return query.value(Pre).toDouble() - pressure;
+    trend = tendency.trendClass();
 }
 
 int DataSource::getTrend()
@@ -356,18 +169,17 @@ int DataSource::getTrend()
 // Takes no lock: the chart page calls it while updateChart holds the mutex.
 QString DataSource::getTrend3h()
 {
-    const QString result = QStringLiteral("notOK");
+    return tendency.threeHourText();
+}
 
-    QSqlQuery query(database);
-    query.exec(NearestInBaro3h.arg(lastSampleTime - 10800));
+QPointF DataSource::lastFix(int tableNb)
+{
+    QSqlQuery query(store.connection());
+    query.setForwardOnly(true);
+    query.exec(LastFix.arg(tableNames.value(tableNb)));
     if (!query.next())
-        return result;
-    if (qAbs(lastSampleTime - query.value(Time).toLongLong() - 10800) > 30)
-        return result;
-
-    // The official tendency is in millibars over three hours, whatever unit is shown.
-    const double difference = host().getCurrentPressure() - query.value(Pre).toDouble();
-    return QStringLiteral("<div align='left'>%1 mb / 3h</div>").arg(difference, 0, 'f', 1);
+        return QPointF();
+    return QPointF(query.value(LogRow::Lon).toDouble(), query.value(LogRow::Lat).toDouble());
 }
 
 // ---- Chart feed and cursor ------------------------------------------------------------
@@ -375,18 +187,18 @@ QString DataSource::getTrend3h()
 void DataSource::updateChart(const int& chartNb)
 {
     QMutexLocker locker(&mutex);
-    const ChartSpan span = ChartSpanReader::read(*this, chartNb);
-    seriesPoints = span.series;
+    const ChartSpan span = readSpan(chartNb);
+    const ChartFeed::Frame frame = chart.keep(span);
     markStorms(storms, chartNb, span);
     // Still under the lock: the page's handler runs inside this emission and may only call
     // what takes no lock.
-    emit chartUpdated(QVariant(span.now), span.min, span.max, seriesPoints.size());
+    emit chartUpdated(QVariant(frame.now), frame.low, frame.high, frame.seriesCount);
 }
 
 ChartSpan DataSource::readChart(int chartNb)
 {
     QMutexLocker locker(&mutex);
-    ChartSpan span = ChartSpanReader::read(*this, chartNb);
+    ChartSpan span = readSpan(chartNb);
     // Marks of its own: the page's stay those of the page's chart.
     StormMarks marks;
     markStorms(marks, chartNb, span);
@@ -394,67 +206,29 @@ ChartSpan DataSource::readChart(int chartNb)
     return span;
 }
 
+ChartSpan DataSource::readSpan(int chartNb)
+{
+    return ChartSpanReader::read(store.connection(), tableNames.at(chartNb), chartNb, tableIntervals.at(chartNb));
+}
+
 void DataSource::markStorms(StormMarks& marks, int chartNb, const ChartSpan& span)
 {
     const int interval = tableIntervals.at(chartNb);
-    marks.recompute(database, tableNames.at(chartNb), interval, ChartSpanReader::gapLimit(interval), span.now,
-                    span.secondsPerUnit);
+    marks.recompute(store.connection(), tableNames.at(chartNb), interval, ChartSpanReader::gapLimit(interval),
+                    span.now, span.secondsPerUnit);
 }
 
 // Takes no lock: it is called from the handler of chartUpdated.
 void DataSource::update(QtCharts::QAbstractSeries* series, int n)
 {
-    if (!series)
-        return;
-    // The page hands over line and spline series only.
-    auto* xySeries = static_cast<QtCharts::QXYSeries*>(series);
-    const QVector<QPointF> points = seriesPoints.at(n);
-    xySeries->replace(points);
+    chart.fill(series, n);
 }
 
 QPointF DataSource::getValueAt(const double& timed, const int& chartNb, const QVariant& startDate)
 {
     QMutexLocker locker(&mutex);
-    QSqlQuery query(database);
-
-    const int preDisplay = host().getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
-    const double factor = pressureUnitFactor();
-
-    const QString& table = tableNames.at(chartNb);
-    const qint64 t = qRound64(timed * secondsPerUnit(chartNb) + startDate.toLongLong());
-    const auto rowPressure = [&query, preDisplay]() {
-        return displayedPressure(query.value(Pre).toDouble(), query.value(Ele).toDouble(),
-                                 query.value(Ofs).toDouble(), preDisplay);
-    };
-
-    double value = NoValue;
-    query.exec(RowAt.arg(table).arg(t));
-    if (query.next()) {
-        value = rowPressure();
-    } else {
-        query.exec(RowAfter.arg(table).arg(t));
-        if (query.next()) {
-            const double next = rowPressure();
-            const qint64 nextTime = query.value(Time).toLongLong();
-            query.exec(RowBefore.arg(table).arg(t));
-            if (query.next()) {
-                const double previous = rowPressure();
-                const qint64 previousTime = query.value(Time).toLongLong();
-                const qint64 gap = nextTime - previousTime;
-                // The cap of 240 puts the limit below the spacing of the two longest tables:
-                // there the cursor has a value only exactly on a row.
-                const qint64 limit = qMin(tableIntervals.at(chartNb), 240) + 60;
-                if (gap < limit) {
-                    // An integer quotient on purpose: it is always 0 here, so the curve reads
-                    // in steps, at the newer row's value.
-                    const qint64 q = (nextTime - t) / gap;
-                    value = next + (previous - next) * q;
-                }
-            }
-        }
-    }
-
-    return QPointF(timed, roundToHundredths(value * factor));
+    return ChartCursor::valueAt(store.connection(), tableNames.at(chartNb), tableIntervals.at(chartNb), timed,
+                                chartNb, startDate);
 }
 
 // Called at every mouse move; rather no text than a wait for the lock.
@@ -465,27 +239,7 @@ QString DataSource::calcInfo(const QPointF& pt, const int& chartNb)
         return QString();
     }
     std::unique_lock<QMutex> locker(mutex, std::adopt_lock);
-
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    if (!query.exec(NewestTime.arg(tableNames.at(chartNb))))
-        qWarning().noquote() << "db query error" << query.lastError() << query.lastQuery();
-
-    const double xUnit = secondsPerUnit(chartNb);
-    const double factor = pressureUnitFactor();
-
-    if (!query.next())
-        return QString();
-
-    // Counted from the newest row, not from the chart's x = 0: during an outage the two differ.
-    const qint64 newest = query.value(0).toLongLong();
-    const double pressure = pt.y() / factor;
-    const qint64 seconds = static_cast<qint64>(pt.x() * xUnit + newest);
-    const QDateTime date = QDateTime::fromSecsSinceEpoch(seconds).toTimeSpec(Qt::UTC);
-
-    return Util::formatPressure(pressure, true)
-            + QStringLiteral("&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;")
-            + Util::formatDateTimeSecs(date);
+    return ChartCursor::info(store.connection(), tableNames.at(chartNb), pt, chartNb);
 }
 
 // ---- Browsing and deletion ------------------------------------------------------------
@@ -493,44 +247,13 @@ QString DataSource::calcInfo(const QPointF& pt, const int& chartNb)
 QVariantList DataSource::getTableContent(int tableNb)
 {
     QMutexLocker locker(&mutex);
-
-    const int preDisplay = host().getSetting(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
-
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    query.exec(RowsNewestFirst.arg(tableNames.at(tableNb)));
-
-    QVariantList list;
-    while (query.next()) {
-        const qint64 time = query.value(Time).toLongLong();
-        const double pressure = displayedPressure(query.value(Pre).toDouble(), query.value(Ele).toDouble(),
-                                                  query.value(Ofs).toDouble(), preDisplay);
-        // The stored speed is in knots and goes to formatSpeed unconverted, as the list has
-        // always shown it.
-        const QString desc = QStringLiteral("<Qt>")
-                + Util::formatDateTimeSecs(QDateTime::fromSecsSinceEpoch(time)) + QStringLiteral("\n")
-                + QStringLiteral("<br><b>") + Util::formatPressure(pressure, true) + QStringLiteral("</b> ")
-                + Util::formatPosition(query.value(Lon).toDouble(), query.value(Lat).toDouble())
-                + QStringLiteral("<br>")
-                + QStringLiteral("COG ") + Util::formatDir3(static_cast<int>(query.value(Cog).toDouble()))
-                + tr("deg") + QStringLiteral(" T - SOG ") + Util::formatSpeed(query.value(Sog).toDouble());
-
-        QVariantMap entry;
-        entry.insert(QStringLiteral("key"), QString::number(time));
-        entry.insert(QStringLiteral("desc"), desc);
-        list.append(entry);
-    }
-    return list;
+    return LogBrowser::content(store.connection(), tableNames.at(tableNb));
 }
 
 void DataSource::removeKey(int tableNb, QString key)
 {
     QMutexLocker locker(&mutex);
-    QSqlQuery query(database);
-    if (query.exec(DeleteRow.arg(tableNames.at(tableNb), key)))
-        qWarning().noquote() << "delete one record OK";
-    else
-        qWarning().noquote() << "db query error" << query.lastError() << query.lastQuery();
+    LogBrowser::removeRow(store.connection(), tableNames.at(tableNb), key);
 }
 
 // Table by table, each under its own lock, so a sample may land in between.
@@ -543,13 +266,8 @@ void DataSource::emptyAllTables()
 void DataSource::emptyOneTable(int n)
 {
     QMutexLocker locker(&mutex);
-    QSqlQuery query(database);
-    if (query.exec(DeleteAll.arg(tableNames.at(n))))
-        qWarning().noquote() << "empty one table OK" << tableNames.at(n);
-    else
-        qWarning().noquote() << "db query error" << query.lastError() << query.lastQuery();
+    LogBrowser::empty(store.connection(), tableNames.at(n));
 }
-
 // ---- Export ---------------------------------------------------------------------------
 
 // The format follows the name the user typed, not the button that opened the dialog.
@@ -598,7 +316,7 @@ void DataSource::exportCsv(int tableNb, QString fileName)
     QMutexLocker locker(&mutex);
 
     // Forward-only, so that rows stream from the query to the file.
-    QSqlQuery query(database);
+    QSqlQuery query(store.connection());
     query.setForwardOnly(true);
     if (!query.exec(RowsNewestFirst.arg(tableNames.at(tableNb)))) {
         qWarning().noquote() << "db query error in Csv" << query.lastError() << query.lastQuery();
@@ -626,7 +344,7 @@ void DataSource::exportGpx(int tableNb, QString fileName)
 {
     QMutexLocker locker(&mutex);
 
-    QSqlQuery query(database);
+    QSqlQuery query(store.connection());
     query.setForwardOnly(true);
     if (!query.exec(RowsNewestFirst.arg(tableNames.at(tableNb)))) {
         // The CSV writer's wording, shared on purpose.

@@ -8,10 +8,11 @@
 #include <QtCore/QPointF>
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
-#include <QtCore/QVector>
-#include <QtSql/QSqlDatabase>
 
+#include "log/ChartFeed.h"
 #include "log/ChartSpan.h"
+#include "log/LogDatabase.h"
+#include "log/LogTendency.h"
 #include "log/PressureWarning.h"
 #include "log/StormMarks.h"
 #include "log/TendencyReport.h"
@@ -54,7 +55,7 @@ public:
     void closeDatabase();
     // False when the data folder could not be written at start: no row can be kept, and
     // the tick shows its readings without waiting for one.
-    bool canKeepRows() const { return folderWritable; }
+    bool canKeepRows() const { return store.folderWritable(); }
 
     static constexpr int TableCount = 9;
     const QStringList& getTableNames() const { return tableNames; }
@@ -66,7 +67,7 @@ public:
     static double seaLevelPressure(double stationPressure, double elevation);
     PressureWarning* getWarning() { return &warning; }
     StormMarks* getStorms() { return &storms; }
-    TendencyReport* getTendency() { return &tendency; }
+    TendencyReport* getTendency() { return &tendencyReport; }
     // The logged reading minus the BARO3H row within 30 s of three hours (one hour) before
     // it, raw, in hPa, as the last row-writing firing found them; nothing without such a row.
     std::optional<double> lastChange3h() const { return change3h; }
@@ -101,46 +102,30 @@ public:
     Q_INVOKABLE bool exportBarogram(int tableNb, QString fileName = QString());
 
 private:
-    friend class ChartSpanReader;
-
+    // The trend class of the row just written; runs under addData's lock.
     void setTrend();
+    ChartSpan readSpan(int chartNb);
     void markStorms(StormMarks& marks, int chartNb, const ChartSpan& span);
-    // How far the raw pressure fell since the BARO3H row within 30 s of `age` seconds
-    // before the latest sample; nothing when there is no such row.
-    std::optional<double> rawFallSince(qint64 age, double pressure);
     // What the application installed. The log is made after it, and every reader but the
     // database path leans on it being there.
     static LogHost& host();
     QString databasePath() const;
-    // Journal and sync settings of the open connection; converts a file of an earlier
-    // version, which used a rollback journal.
-    void prepareJournal();
-    // A checkpoint every five minutes of the clock bounds what a power cut can take.
-    void checkpointIfDue();
-    // The pressure a row stands for on screen: PRE + OFS, at sea level unless "preDisplay"
-    // asks for the station. Kept in hPa.
-    static double displayedPressure(double pressure, double elevation, double offset, int preDisplay);
-    // hPa into the unit of "unitPre".
-    static double pressureUnitFactor();
-    // Seconds per unit of the chart's x-axis: minutes, hours or days by table.
-    static double secondsPerUnit(int chartNb);
     QString defaultExportName(int tableNb, const QString& extension) const;
     // Hands the written file to the system's default application.
     static void showFile(const QString& fileName, const QString& writtenName);
 
-    QSqlDatabase database;
+    LogDatabase store;
     QMutex mutex;
     QQuickView* view = nullptr;
-    QList<QVector<QPointF>> seriesPoints;
     QStringList tableNames;
     QList<int> tableIntervals;
     int trend = -10;
     qint64 lastSampleTime = 0;
-    qint64 lastCheckpoint = 0;
-    bool folderWritable = true;
+    LogTendency tendency{store.connection(), lastSampleTime};
+    ChartFeed chart;
     PressureWarning warning;
     StormMarks storms;
-    TendencyReport tendency;
+    TendencyReport tendencyReport;
     std::optional<double> change3h;
     std::optional<double> change1h;
 };

@@ -17,6 +17,8 @@ const QString SignalKDelta::ThreeHoursDeltaPath = QStringLiteral("environment.ou
 const QString SignalKDelta::OneHourDeltaPath = QStringLiteral("environment.outside.pressure.oneHourDelta");
 const QString SignalKDelta::TendencyPath = QStringLiteral("environment.outside.pressure.trend.tendency");
 const QString SignalKDelta::TrendClassPath = QStringLiteral("environment.outside.pressure.trend.oneHourClass");
+const QString SignalKDelta::WordsPath = QStringLiteral("environment.outside.pressure.trend.words");
+const QString SignalKDelta::CharacteristicPath = QStringLiteral("environment.outside.pressure.trend.characteristic");
 const QString SignalKDelta::NotificationPath = QStringLiteral("notifications.environment.outside.pressure");
 
 namespace {
@@ -98,9 +100,22 @@ QByteArray SignalKDelta::meta(qint64 nowMs)
             {QStringLiteral("displayName"), QStringLiteral("Pressure trend")},
             {QStringLiteral("shortName"), QStringLiteral("Trend")},
             {QStringLiteral("enum"), QJsonArray{-4, -3, -2, -1, 1, 2, 3, 4}}};
-    const QJsonArray entries{entry(PressurePath, pressure), entry(ThreeHoursDeltaPath, threeHours),
-                             entry(OneHourDeltaPath, oneHour), entry(TendencyPath, tendency),
-                             entry(TrendClassPath, trendClass)};
+    const QJsonObject words{
+            {QStringLiteral("description"),
+             QStringLiteral("The three-hour tendency in the marine forecast's words with the change, in the "
+                            "language and unit shown by Brinholt")},
+            {QStringLiteral("displayName"), QStringLiteral("Barometer tendency")},
+            {QStringLiteral("shortName"), QStringLiteral("Tendency")}};
+    const QJsonObject characteristic{
+            {QStringLiteral("description"),
+             QStringLiteral("WMO pressure characteristic (code table 0200) of the last three hours")},
+            {QStringLiteral("displayName"), QStringLiteral("Pressure characteristic")},
+            {QStringLiteral("shortName"), QStringLiteral("Char.")},
+            {QStringLiteral("enum"), QJsonArray{0, 1, 2, 3, 4, 5, 6, 7, 8}}};
+    const QJsonArray entries{entry(PressurePath, pressure),     entry(ThreeHoursDeltaPath, threeHours),
+                             entry(OneHourDeltaPath, oneHour),   entry(TendencyPath, tendency),
+                             entry(TrendClassPath, trendClass), entry(WordsPath, words),
+                             entry(CharacteristicPath, characteristic)};
     return message(QJsonArray{update(nowMs, QStringLiteral("meta"), entries)});
 }
 
@@ -126,6 +141,8 @@ QByteArray SignalKDelta::next(const ShownState& state)
     put(OneHourDeltaPath, hasChange1h, pascals(state.change1h));
     put(TendencyPath, hasChange3h, state.change3h >= 0.0 ? QStringLiteral("RISING") : QStringLiteral("FALLING"));
     put(TrendClassPath, usable && state.trend != NoTrend, state.trend);
+    put(WordsPath, usable && !state.tendencyWords.isEmpty(), state.tendencyWords);
+    put(CharacteristicPath, usable && state.characteristic >= 0, state.characteristic);
     ownPressure = own;
 
     QJsonArray updates;

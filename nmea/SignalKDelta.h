@@ -36,6 +36,8 @@ public:
     static const QString OneHourDeltaPath;
     static const QString TendencyPath;
     static const QString TrendClassPath;
+    static const QString WordsPath;
+    static const QString CharacteristicPath;
     static const QString NotificationPath;
 
     // The meta of every path, stamped `nowMs` (since the epoch).

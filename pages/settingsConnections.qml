@@ -22,53 +22,19 @@ ScrollView {
     property int statusTick: 0
     // The ports the machine offers, as the list shows them; read once, when the page opens.
     property var serialPorts: hasBackend ? backend.getSerialPorts() : []
-    // A stored device that the list lacks but that is there all the same (a pseudo-terminal,
-    // a multiplexer's link): shown after the listed ports while the page is open.
-    property string unlistedDevice: ""
 
     contentWidth: Math.max(pageColumn.implicitWidth, settingsRect.availableWidth)
     contentHeight: Math.max(pageColumn.implicitHeight, settingsRect.availableHeight)
-
-    // The widest entry, as far as the backend lets a text widen a box, plus the box's own parts.
-    function comboWidth(combo, entries) {
-        var widest = 0
-        for (var i = 0; i < entries.length; ++i)
-            widest = Math.max(widest, backend.getHorizontalAdvance(entries[i]))
-        var indicator = combo.indicator ? combo.indicator.width : 0
-        return widest + indicator + combo.leftPadding + combo.rightPadding
-    }
-
-    // The port as the receiver reads it: the first word of the stored entry.
-    function portName(entry) {
-        return entry.split(" ").filter(function(word) { return word.length > 0 })[0] || ""
-    }
-
-    // A typed path is stored as typed, whether or not it is there yet: the serial source
-    // keeps trying it as it does a device that is unplugged.
-    function chosenSerialPort() {
-        if (serialPort.currentIndex === -1)
-            return "None"
-        if (serialPort.otherDeviceChosen) {
-            var typed = serialDevicePath.text.trim()
-            return typed === "" ? "None" : typed
-        }
-        return serialPort.currentText
-    }
 
     // The choices alone, without the restart: what an orderly end of the program writes.
     function saveSettings() {
         if (!hasBackend)
             return
-        backend.setSetting("SettingSerialPort", chosenSerialPort())
+        serialFields.save()
         backend.setSetting("SettingUsePos", swPos.checked ? 1 : 0)
         backend.setSetting("SettingUseSerial", swSerial.checked ? 1 : 0)
         backend.setSetting("SettingPosSource", posInternal.checked ? 1 : 2)
-        backend.setSetting("SettingSerialSpeed", serialSpeed.currentText)
-        backend.setSetting("SettingSerialNbBits", serialNbBits.currentIndex)
-        backend.setSetting("SettingSerialParity", serialParity.currentIndex)
-        backend.setSetting("SettingSerialStopBit", serialStopBit.currentIndex)
-        backend.setSetting("SettingSerialControl", serialControl.currentIndex)
-        backend.setSetting("SettingTcpIpAddress", tcpIpAddress.text)
+        backend.setSetting("SettingTcpIpAddress", tcpAddress.text)
         backend.setSetting("SettingTcpIpPort", tcpIpPort.value)
         backend.setSetting("SettingUdpPort", udpInputPort.value)
         backend.setSetting("updPort", sp_udpPort.value)
@@ -147,66 +113,10 @@ ScrollView {
                 text: qsTranslate("settingsConnections", "Serial NMEA input")
                 Accessible.name: text
             }
-            RowLayout {
+            SerialPortFields {
+                id: serialFields
                 enabled: swSerial.checked
-                ColumnLayout {
-                    KeyComboBox {
-                        id: serialPort
-                        objectName: "serialPort"
-                        // The last entry lets a path be typed for a device the system does not list.
-                        readonly property bool otherDeviceChosen: currentIndex >= 0 && currentIndex === count - 1
-                        model: serialPorts.concat(unlistedDevice !== "" ? [unlistedDevice] : [],
-                                                  [qsTranslate("settingsConnections", "Other device…")])
-                        Accessible.name: qsTranslate("settingsConnections", "Serial port")
-                    }
-                    TextField {
-                        id: serialDevicePath
-                        objectName: "serialDevicePath"
-                        visible: serialPort.otherDeviceChosen
-                        Layout.fillWidth: true
-                        selectByMouse: true
-                        inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
-                        placeholderText: qsTranslate("settingsConnections", "Device path")
-                        Accessible.name: qsTranslate("settingsConnections", "Path of the serial device")
-                    }
-                }
-                KeyComboBox {
-                    id: serialSpeed
-                    objectName: "serialSpeed"
-                    model: ["1200", "2400", "4800", "9600", "19200", "38400", "57600", "115200"]
-                    Accessible.name: qsTranslate("settingsConnections", "Speed")
-                }
-                ColumnLayout {
-                    KeyComboBox {
-                        id: serialParity
-                        objectName: "serialParity"
-                        model: [qsTranslate("settingsConnections", "No Parity"), qsTranslate("settingsConnections", "Even Parity"), qsTranslate("settingsConnections", "Odd Parity"), qsTranslate("settingsConnections", "Space Parity"),
-                                qsTranslate("settingsConnections", "Mark Parity")]
-                        Accessible.name: qsTranslate("settingsConnections", "Parity")
-                    }
-                    KeyComboBox {
-                        id: serialNbBits
-                        objectName: "serialNbBits"
-                        Layout.minimumWidth: serialParity.Layout.minimumWidth
-                        model: [qsTranslate("settingsConnections", "8 Bits"), qsTranslate("settingsConnections", "7 Bits"), qsTranslate("settingsConnections", "6 Bits"), qsTranslate("settingsConnections", "5 Bits")]
-                        Accessible.name: qsTranslate("settingsConnections", "Data bits")
-                    }
-                }
-                ColumnLayout {
-                    KeyComboBox {
-                        id: serialStopBit
-                        objectName: "serialStopBit"
-                        Layout.minimumWidth: serialControl.Layout.minimumWidth
-                        model: [qsTranslate("settingsConnections", "1 Bit"), qsTranslate("settingsConnections", "1.5 Bit"), qsTranslate("settingsConnections", "2 Bits")]
-                        Accessible.name: qsTranslate("settingsConnections", "Stop bits")
-                    }
-                    KeyComboBox {
-                        id: serialControl
-                        objectName: "serialControl"
-                        model: [qsTranslate("settingsConnections", "No Control"), qsTranslate("settingsConnections", "Hardware"), qsTranslate("settingsConnections", "Software")]
-                        Accessible.name: qsTranslate("settingsConnections", "Flow control")
-                    }
-                }
+                ports: serialPorts
             }
 
             // What the running receiver does with it; the switch and the fields above take
@@ -216,12 +126,7 @@ ScrollView {
                 objectName: "serialStatus"
                 channel: 1
                 tick: settingsRect.statusTick
-                Layout.columnSpan: 2
-                Layout.fillWidth: true
-                Layout.preferredWidth: 0
-                Layout.leftMargin: swPos.leftPadding
-                Layout.topMargin: -4
-                Layout.bottomMargin: 6
+                indent: swPos.leftPadding
             }
 
             Switch {
@@ -232,40 +137,10 @@ ScrollView {
             }
             RowLayout {
                 enabled: swTcp.checked
-                Rectangle {
-                    Layout.preferredWidth: tcpIpAddress.implicitWidth + 16
+                TcpAddressField {
+                    id: tcpAddress
                     Layout.preferredHeight: tcpIpPort.implicitHeight
-                    color: "transparent"
-                    border.width: 1
-                    border.color: tcpIpAddress.activeFocus ? Material.accent : Material.hintTextColor
-                    radius: 2
-
-                    TextInput {
-                        id: tcpIpAddress
-                        objectName: "tcpIpAddress"
-                        anchors.centerIn: parent
-                        inputMask: "999.999.999.999"
-                        activeFocusOnTab: true
-                        font: serialPort.font
-                        color: enabled ? Material.foreground : Material.hintTextColor
-                        selectByMouse: true
-                        Accessible.role: Accessible.EditableText
-                        Accessible.name: qsTranslate("settingsConnections", "TCP address")
-                        onActiveFocusChanged: {
-                            if (activeFocus)
-                                cursorPosition = 0
-                        }
-                        // Departs on purpose from the rule that the focus goes to the parent
-                        // whenever editing finishes: when it finishes because the focus went
-                        // on, by Tab or a click, the focus stays where it went, or Tab could
-                        // never leave the field.
-                        onEditingFinished: {
-                            if (activeFocus)
-                                parent.forceActiveFocus()
-                        }
-                        Keys.onReturnPressed: parent.forceActiveFocus()
-                        Keys.onEnterPressed: parent.forceActiveFocus()
-                    }
+                    font: serialFields.portFont
                 }
                 PortSpinBox {
                     id: tcpIpPort
@@ -279,12 +154,7 @@ ScrollView {
                 objectName: "tcpStatus"
                 channel: 2
                 tick: settingsRect.statusTick
-                Layout.columnSpan: 2
-                Layout.fillWidth: true
-                Layout.preferredWidth: 0
-                Layout.leftMargin: swPos.leftPadding
-                Layout.topMargin: -4
-                Layout.bottomMargin: 6
+                indent: swPos.leftPadding
             }
 
             Switch {
@@ -305,12 +175,7 @@ ScrollView {
                 objectName: "udpStatus"
                 channel: 3
                 tick: settingsRect.statusTick
-                Layout.columnSpan: 2
-                Layout.fillWidth: true
-                Layout.preferredWidth: 0
-                Layout.leftMargin: swPos.leftPadding
-                Layout.topMargin: -4
-                Layout.bottomMargin: 6
+                indent: swPos.leftPadding
             }
 
             Switch {
@@ -346,12 +211,7 @@ ScrollView {
                 objectName: "udpOutStatus"
                 channel: 4
                 tick: settingsRect.statusTick
-                Layout.columnSpan: 2
-                Layout.fillWidth: true
-                Layout.preferredWidth: 0
-                Layout.leftMargin: swPos.leftPadding
-                Layout.topMargin: -4
-                Layout.bottomMargin: 6
+                indent: swPos.leftPadding
             }
 
             SignalKConnections { id: signalKConnections; statusTick: settingsRect.statusTick; secondColumnX: udpInputPort.x }
@@ -376,30 +236,11 @@ ScrollView {
         if (!hasBackend)
             return
 
-        var port = backend.getSetting("SettingSerialPort", "None")
-        var found = port === "None" ? -1 : serialPort.find(port)
-        if (found >= 0 && found < serialPorts.length) {
-            serialPort.currentIndex = found
-        } else if (port !== "None" && backend.isCharacterDevice(portName(port))) {
-            // Departs on purpose from the rule that a stored port missing from the list falls
-            // back to its first entry: the system lists no pseudo-terminal, so a device that
-            // is there is kept as it was stored. One that is nowhere still falls back.
-            unlistedDevice = port
-            serialPort.currentIndex = serialPorts.length
-        } else {
-            // The typing entry is no port: with none listed the box stays empty.
-            serialPort.currentIndex = serialPorts.length > 0 ? 0 : -1
-        }
+        serialFields.load()
 
         var posSource = backend.getSetting("SettingPosSource", 1)
         posInternal.checked = posSource === 1
         posNmea.checked = posSource === 2
-
-        serialSpeed.currentIndex = serialSpeed.find(backend.getSetting("SettingSerialSpeed", 9600))
-        serialNbBits.currentIndex = backend.getSetting("SettingSerialNbBits", 0)
-        serialParity.currentIndex = backend.getSetting("SettingSerialParity", 0)
-        serialStopBit.currentIndex = backend.getSetting("SettingSerialStopBit", 0)
-        serialControl.currentIndex = backend.getSetting("SettingSerialControl", 0)
 
         swPos.checked = backend.getSetting("SettingUsePos", 1) === 1
         swSerial.checked = backend.getSetting("SettingUseSerial", 0) === 1
@@ -407,17 +248,12 @@ ScrollView {
         swUdp.checked = backend.getSetting("SettingUseUdp", 0) === 1
         swUdpOut.checked = backend.getSetting("SettingUseUdpOut", 0) === 1
 
-        tcpIpAddress.text = backend.getSetting("SettingTcpIpAddress", "127.000.000.001")
+        tcpAddress.text = backend.getSetting("SettingTcpIpAddress", "127.000.000.001")
         tcpIpPort.value = backend.getSetting("SettingTcpIpPort", 10110)
         udpInputPort.value = backend.getSetting("SettingUdpPort", 10110)
         swUpdPos.checked = backend.getSetting("sendUdpPos", 0) === 1
         swUdpMda.checked = backend.getSetting("sendUdpMda", 0) === 1
         sp_udpPort.value = backend.getSetting("updPort", 10110)
-
-        serialPort.Layout.minimumWidth = comboWidth(serialPort, serialPort.model)
-        serialSpeed.Layout.minimumWidth = comboWidth(serialSpeed, serialSpeed.model)
-        serialParity.Layout.minimumWidth = comboWidth(serialParity, serialParity.model)
-        serialControl.Layout.minimumWidth = comboWidth(serialControl, serialControl.model)
     }
 
     Component.onDestruction: saveAll()

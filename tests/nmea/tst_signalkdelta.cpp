@@ -113,6 +113,31 @@ private slots:
         QVERIFY(notification(message).isEmpty());
     }
 
+    void forecastersWordsAndCharacteristicGoWhenKnown()
+    {
+        SignalKDelta delta;
+        const QByteArray meta = SignalKDelta::meta(0);
+        QVERIFY(DeltaFormat::find(meta, SignalKDelta::WordsPath, QStringLiteral("meta")).isObject());
+        QCOMPARE(DeltaFormat::find(meta, SignalKDelta::CharacteristicPath, QStringLiteral("meta"))
+                         .toObject()
+                         .value(QStringLiteral("enum"))
+                         .toArray()
+                         .size(),
+                 9);
+        ShownState s = reading(1012.3);
+        QVERIFY(DeltaFormat::find(delta.next(s), SignalKDelta::WordsPath).isUndefined());
+        s.tendencyWords = QStringLiteral("falling quickly, -4.2 mb in 3 h");
+        s.characteristic = 8;
+        const QByteArray message = delta.next(s);
+        QVERIFY2(DeltaFormat::problems(message).isEmpty(), qPrintable(DeltaFormat::problems(message)));
+        QCOMPARE(DeltaFormat::find(message, SignalKDelta::WordsPath).toString(), s.tendencyWords);
+        QCOMPARE(DeltaFormat::find(message, SignalKDelta::CharacteristicPath).toInt(), 8);
+        // Gone with the log's three hours: sent once as null.
+        s.tendencyWords.clear();
+        s.characteristic = -1;
+        QVERIFY(DeltaFormat::find(delta.next(s), SignalKDelta::CharacteristicPath).isNull());
+    }
+
     void risingAndSteadyTendency_data()
     {
         QTest::addColumn<double>("change3h");
