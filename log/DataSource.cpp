@@ -310,18 +310,24 @@ void DataSource::showFile(const QString& fileName, const QString& writtenName)
     QDesktopServices::openUrl(QUrl(QStringLiteral("file:///") + target, QUrl::TolerantMode));
 }
 
+// Forward-only, so that rows stream from the query to the file. A failed query has the
+// CSV export's wording in both exports, on purpose.
+bool DataSource::rowsForExport(QSqlQuery& query, int tableNb)
+{
+    query.setForwardOnly(true);
+    if (query.exec(RowsNewestFirst.arg(tableNames.at(tableNb))))
+        return true;
+    qWarning().noquote() << "db query error in Csv" << query.lastError() << query.lastQuery();
+    return false;
+}
+
 // The lock is held to the end, the viewer's start included.
 void DataSource::exportCsv(int tableNb, QString fileName)
 {
     QMutexLocker locker(&mutex);
-
-    // Forward-only, so that rows stream from the query to the file.
     QSqlQuery query(store.connection());
-    query.setForwardOnly(true);
-    if (!query.exec(RowsNewestFirst.arg(tableNames.at(tableNb)))) {
-        qWarning().noquote() << "db query error in Csv" << query.lastError() << query.lastQuery();
+    if (!rowsForExport(query, tableNb))
         return;
-    }
 
     QFile file(fileName.isEmpty() ? defaultExportName(tableNb, QStringLiteral(".csv")) : fileName);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
@@ -343,14 +349,9 @@ void DataSource::exportCsv(int tableNb, QString fileName)
 void DataSource::exportGpx(int tableNb, QString fileName)
 {
     QMutexLocker locker(&mutex);
-
     QSqlQuery query(store.connection());
-    query.setForwardOnly(true);
-    if (!query.exec(RowsNewestFirst.arg(tableNames.at(tableNb)))) {
-        // The CSV writer's wording, shared on purpose.
-        qWarning().noquote() << "db query error in Csv" << query.lastError() << query.lastQuery();
+    if (!rowsForExport(query, tableNb))
         return;
-    }
 
     QFile file(fileName.isEmpty() ? defaultExportName(tableNb, QStringLiteral(".gpx")) : fileName);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text))

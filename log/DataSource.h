@@ -21,6 +21,7 @@
 
 class LogHost;
 class QQuickView;
+class QSqlQuery;
 
 // The pressure log: nine SQLite tables of growing span, decimated at write time.
 //
@@ -105,6 +106,7 @@ private:
     // The trend class of the row just written; runs under addData's lock.
     void setTrend();
     ChartSpan readSpan(int chartNb);
+    bool rowsForExport(QSqlQuery& query, int tableNb);
     void markStorms(StormMarks& marks, int chartNb, const ChartSpan& span);
     // What the application installed. The log is made after it, and every reader but the
     // database path leans on it being there.

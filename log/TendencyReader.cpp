@@ -6,7 +6,10 @@
 #include <QtSql/QSqlQuery>
 
 namespace {
-const QString NearestRow = QStringLiteral("SELECT TIME, PRE FROM BARO3H ORDER BY ABS(%1 - TIME) LIMIT 1");
+// Only rows within the tolerance can answer, so the key's range is all that is read: a
+// scan of the whole table at each logged row would cost more than the rest of the tick.
+const QString NearestRow = QStringLiteral(
+        "SELECT TIME, PRE FROM BARO3H WHERE TIME BETWEEN %1 - %2 AND %1 + %2 ORDER BY ABS(%1 - TIME) LIMIT 1");
 const QString NewestPosition =
         QStringLiteral("SELECT LAT FROM %1 WHERE LON <> 0 OR LAT <> 0 ORDER BY TIME DESC LIMIT 1");
 }
@@ -32,7 +35,7 @@ std::optional<double> TendencyReader::pressureAged(qint64 now, qint64 age) const
 {
     QSqlQuery query(database);
     query.setForwardOnly(true);
-    query.exec(NearestRow.arg(now - age));
+    query.exec(NearestRow.arg(now - age).arg(AgeTolerance));
     if (!query.next())
         return std::nullopt;
     if (qAbs(now - query.value(0).toLongLong() - age) > AgeTolerance)
