@@ -43,6 +43,21 @@ private:
         b.slot_timerData();
     }
 
+    // The application with `theme` stored, its host's window text `text`, and a spy on its
+    // dark-or-light signal.
+    struct ThemeWatch
+    {
+        ThemeWatch(int theme, const QColor& text)
+        {
+            host.setWindowText(text);
+            b.setSetting("theme", theme);
+        }
+        HostTheme host;
+        LogFixture f;
+        BackEnd& b = f.backEnd();
+        QSignalSpy changes{&b, &BackEnd::systemThemeChanged};
+    };
+
     static QStringList tablesWithRows(LogFixture& f)
     {
         QStringList names;
@@ -533,71 +548,53 @@ private slots:
 
     void fixedThemesNeverSignal_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::newRow("light") << 0;
-        QTest::newRow("dark") << 1;
+        Columns::ints("theme", {{"light", 0}, {"dark", 1}});
     }
 
     void fixedThemesNeverSignal()
     {
         QFETCH(int, theme);
-        HostTheme host;
-        LogFixture f;
-        f.backEnd().setSetting("theme", theme);
-        QSignalSpy changes(&f.backEnd(), &BackEnd::systemThemeChanged);
-        host.setWindowText(Qt::white);
-        tick(f.backEnd());
-        host.setWindowText(Qt::black);
-        tick(f.backEnd());
-        host.setWindowText(Qt::white);
-        tick(f.backEnd());
-        QCOMPARE(changes.count(), 0);
+        ThemeWatch w(theme, Qt::white);
+        tick(w.b);
+        w.host.setWindowText(Qt::black);
+        tick(w.b);
+        w.host.setWindowText(Qt::white);
+        tick(w.b);
+        QCOMPARE(w.changes.count(), 0);
     }
 
     void deviceThemeSignalsFirstTickThenOnlyChanges()
     {
-        HostTheme host;
-        host.setWindowText(Qt::black);
-        LogFixture f;
-        f.backEnd().setSetting("theme", 2);
-        QSignalSpy changes(&f.backEnd(), &BackEnd::systemThemeChanged);
-        tick(f.backEnd());
-        QCOMPARE(changes.count(), 1);
-        QCOMPARE(changes.at(0).at(0).toInt(), 0);
-        tick(f.backEnd());
-        tick(f.backEnd());
-        QCOMPARE(changes.count(), 1);
-        host.setWindowText(QColor(200, 200, 200));
-        tick(f.backEnd());
-        QCOMPARE(changes.count(), 2);
-        QCOMPARE(changes.at(1).at(0).toInt(), 1);
+        ThemeWatch w(2, Qt::black);
+        tick(w.b);
+        QCOMPARE(w.changes.count(), 1);
+        QCOMPARE(w.changes.at(0).at(0).toInt(), 0);
+        tick(w.b);
+        tick(w.b);
+        QCOMPARE(w.changes.count(), 1);
+        w.host.setWindowText(QColor(200, 200, 200));
+        tick(w.b);
+        QCOMPARE(w.changes.count(), 2);
+        QCOMPARE(w.changes.at(1).at(0).toInt(), 1);
     }
 
     void switchingToDeviceWhileHostIsDarkSignalsDark()
     {
-        HostTheme host;
-        host.setWindowText(Qt::white);
-        LogFixture f;
-        f.backEnd().setSetting("theme", 0);
-        QSignalSpy changes(&f.backEnd(), &BackEnd::systemThemeChanged);
-        tick(f.backEnd());
-        QCOMPARE(changes.count(), 0);
-        f.backEnd().setSetting("theme", 2);
-        tick(f.backEnd());
-        QCOMPARE(changes.count(), 1);
-        QCOMPARE(changes.at(0).at(0).toInt(), 1);
+        ThemeWatch w(0, Qt::white);
+        tick(w.b);
+        QCOMPARE(w.changes.count(), 0);
+        w.b.setSetting("theme", 2);
+        tick(w.b);
+        QCOMPARE(w.changes.count(), 1);
+        QCOMPARE(w.changes.at(0).at(0).toInt(), 1);
     }
 
     void previousThemeSetByThePageIsComparedAgainst()
     {
-        HostTheme host;
-        host.setWindowText(Qt::white);
-        LogFixture f;
-        f.backEnd().setSetting("theme", 2);
-        f.backEnd().setPreviousTheme(1);
-        QSignalSpy changes(&f.backEnd(), &BackEnd::systemThemeChanged);
-        tick(f.backEnd());
-        QCOMPARE(changes.count(), 0);
+        ThemeWatch w(2, Qt::white);
+        w.b.setPreviousTheme(1);
+        tick(w.b);
+        QCOMPARE(w.changes.count(), 0);
     }
 
     void theRealTickTimerFires()

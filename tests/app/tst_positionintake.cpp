@@ -395,9 +395,7 @@ private slots:
 
     void internalPositionIsBroadcast_data()
     {
-        QTest::addColumn<int>("port");
-        QTest::newRow("default port 10110") << -1;
-        QTest::newRow("port from updPort") << 20600;
+        Columns::ints("port", {{"default port 10110", -1}, {"port from updPort", 20600}});
     }
 
     void internalPositionIsBroadcast()

@@ -114,17 +114,34 @@ void exampleSettings(ReaderFixture& fx)
     fx.setSetting(QStringLiteral("timeFormat"), 0);
 }
 
+// The CSV export of chart 1 as `name` in the test's folder; its path.
+QString exportCsv(ReaderFixture& fx, const QString& name)
+{
+    const QString target = fx.path(name);
+    fx.log().exportCsv(1, target);
+    return target;
+}
+
 // Puts the example row in BARO3H and exports that table to `name` in the data folder, as
 // CSV or as GPX; the file's path.
+
 QString exportExample(ReaderFixture& fx, const QString& name, bool gpx = false)
 {
     fx.insert(1, ReaderFixture::exampleRow());
+    if (!gpx)
+        return exportCsv(fx, name);
     const QString target = fx.path(name);
-    if (gpx)
-        fx.log().exportGpx(1, target);
-    else
-        fx.log().exportCsv(1, target);
+    fx.log().exportGpx(1, target);
     return target;
+}
+
+// The lines of the example's CSV with the example settings but `key` set to `value`.
+QStringList exampleCsvWith(const char* key, int value)
+{
+    ReaderFixture fx;
+    exampleSettings(fx);
+    fx.setSetting(QString::fromLatin1(key), value);
+    return lines(exportExample(fx, QStringLiteral("example.csv")));
 }
 
 } // namespace
@@ -218,11 +235,9 @@ private slots:
 
     void csvExampleInEnglish_data()
     {
-        QTest::addColumn<int>("language");
-        QTest::newRow("language 0") << 0;
         // Only 1 is French: any other stored value, a stale or hand-edited one included,
         // gives the comma-separated file with decimal points.
-        QTest::newRow("language 7 is the English form") << 7;
+        Columns::ints("language", {{"language 0", 0}, {"language 7 is the English form", 7}});
     }
 
     void csvExampleInEnglish()
@@ -252,11 +267,7 @@ private slots:
 
     void csvExampleMonthFirst()
     {
-        ReaderFixture fx;
-        exampleSettings(fx);
-        fx.setSetting(QStringLiteral("formatMMDD"), 1);
-        const QString target = exportExample(fx, QStringLiteral("example.csv"));
-        QCOMPARE(lines(target).value(1),
+        QCOMPARE(exampleCsvWith("formatMMDD", 1).value(1),
                  QStringLiteral("14:03:22 (UTC) Nov 05  2026,47.60620,-122.33210,1012.8,1014.0,0.5,10.00,245,6.4"));
     }
 
@@ -284,19 +295,14 @@ private slots:
     {
         ReaderFixture fx;
         fx.setSetting(QStringLiteral("timeZone"), 1);
-        const QString target = fx.path(QStringLiteral("zone.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportCsv(fx, QStringLiteral("zone.csv"));
         QVERIFY2(lines(target).value(0).startsWith(QStringLiteral("Date (Device),Latitude,")),
                  qPrintable(lines(target).value(0)));
     }
 
     void csvUnknownPressureUnitHasNoWordAndHectopascals()
     {
-        ReaderFixture fx;
-        exampleSettings(fx);
-        fx.setSetting(QStringLiteral("unitPre"), 7);
-        const QString target = exportExample(fx, QStringLiteral("unit.csv"));
-        QCOMPARE(lines(target),
+        QCOMPARE(exampleCsvWith("unitPre", 7),
                  (QStringList{QStringLiteral("Date (UTC),Latitude,Longitude,Station pressure (),Sea Level Pressure (),"
                                              "Offset (),Elevation (m),COG(T),SOG(kts)"),
                               ExampleLine}));
@@ -316,25 +322,18 @@ private slots:
         QFETCH(int, unitPre);
         QFETCH(QString, word);
         QFETCH(QString, pressures);
-        ReaderFixture fx;
-        exampleSettings(fx);
-        fx.setSetting(QStringLiteral("unitPre"), unitPre);
-        const QString target = exportExample(fx, QStringLiteral("unit.csv"));
-        QCOMPARE(lines(target).value(0),
+        const QStringList csv = exampleCsvWith("unitPre", unitPre);
+        QCOMPARE(csv.value(0),
                  QStringLiteral("Date (UTC),Latitude,Longitude,Station pressure (%1),Sea Level Pressure (%1),"
                                 "Offset (%1),Elevation (m),COG(T),SOG(kts)")
                          .arg(word));
-        QCOMPARE(lines(target).value(1),
+        QCOMPARE(csv.value(1),
                  QStringLiteral("14:03:22 (UTC) 05 Nov 2026,47.60620,-122.33210,%1,10.00,245,6.4").arg(pressures));
     }
 
     void csvFeetChangeTheHeaderAndTheElevationButNotTheReduction()
     {
-        ReaderFixture fx;
-        exampleSettings(fx);
-        fx.setSetting(QStringLiteral("unitEle"), 1);
-        const QString target = exportExample(fx, QStringLiteral("feet.csv"));
-        QCOMPARE(lines(target),
+        QCOMPARE(exampleCsvWith("unitEle", 1),
                  (QStringList{QStringLiteral("Date (UTC),Latitude,Longitude,Station pressure (mb),Sea Level Pressure (mb),"
                                              "Offset (mb),Elevation (ft),COG(T),SOG(kts)"),
                               QStringLiteral("14:03:22 (UTC) 05 Nov 2026,47.60620,-122.33210,1012.8,1014.0,0.5,32.81,245,6.4")}));
@@ -345,8 +344,7 @@ private slots:
         ReaderFixture fx;
         exampleSettings(fx);
         fx.insert(1, exampleAt(Now, 151.2153, -33.8568));
-        const QString target = fx.path(QStringLiteral("south.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportCsv(fx, QStringLiteral("south.csv"));
         QVERIFY2(lines(target).value(1).startsWith(QStringLiteral("14:03:22 (UTC) 05 Nov 2026,-33.85680,151.21530,")),
                  qPrintable(lines(target).value(1)));
     }
@@ -358,8 +356,7 @@ private slots:
         fx.setSetting(QStringLiteral("unitEle"), 1);
         HeaderTranslator translator;
         QCoreApplication::installTranslator(&translator);
-        const QString target = fx.path(QStringLiteral("codec.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportCsv(fx, QStringLiteral("codec.csv"));
         QCoreApplication::removeTranslator(&translator);
         // Characters of ISO 8859-1 are one byte each; the euro sign is not in it.
         QCOMPARE(readAll(target),
@@ -377,8 +374,7 @@ private slots:
         LogRow newer = exampleAt(Now, 2.5, 1.25, 0.0);
         newer.cog = 6.6;
         fx.insert(1, {older, newer});
-        const QString target = fx.path(QStringLiteral("rows.csv"));
-        fx.log().exportCsv(1, target);
+        const QString target = exportCsv(fx, QStringLiteral("rows.csv"));
         const QStringList text = lines(target);
         QCOMPARE(text.size(), 3);
         QCOMPARE(text.at(1), QStringLiteral("14:03:22 (UTC) 05 Nov 2026,1.25000,2.50000,1012.8,1012.8,0.5,0.00,007,6.4"));

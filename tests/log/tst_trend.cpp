@@ -26,6 +26,14 @@ private:
         fx.insert(ReaderFixture::Baro3h, rowAt(time, pre, ele, ofs));
     }
 
+    // A row `age` seconds before the firing, then the firing with `current`; the log.
+    static DataSource& firedAfter(ReaderFixture& fx, qint64 age, double then, double current)
+    {
+        putRow(fx, Now - age, then);
+        fire(fx, Now, current);
+        return fx.log();
+    }
+
 private slots:
     void freshLogHasNoClassAndNoText()
     {
@@ -55,9 +63,7 @@ private slots:
         QFETCH(qint64, age);
         QFETCH(int, expected);
         ReaderFixture fx;
-        putRow(fx, Now - age, 1012.0);
-        fire(fx, Now, 1013.0);
-        QCOMPARE(fx.log().getTrend(), expected);
+        QCOMPARE(firedAfter(fx, age, 1012.0, 1013.0).getTrend(), expected);
     }
 
     void classBySizeOfChange_data()
@@ -89,17 +95,13 @@ private slots:
         QFETCH(double, current);
         QFETCH(int, expected);
         ReaderFixture fx;
-        putRow(fx, Now - 3600, hourAgo);
-        fire(fx, Now, current);
-        QCOMPARE(fx.log().getTrend(), expected);
+        QCOMPARE(firedAfter(fx, 3600, hourAgo, current).getTrend(), expected);
     }
 
     void classLapsesWhenNoRowFits()
     {
         ReaderFixture fx;
-        putRow(fx, Now - 3600, 1012.0);
-        fire(fx, Now, 1013.0);
-        QCOMPARE(fx.log().getTrend(), 4);
+        QCOMPARE(firedAfter(fx, 3600, 1012.0, 1013.0).getTrend(), 4);
         // A minute later the nearest row is 3660 s old: the class goes, it isn't kept.
         fire(fx, Now + 60, 1013.0);
         QCOMPARE(fx.log().getTrend(), -10);
@@ -124,9 +126,7 @@ private slots:
         QFETCH(double, current);
         QFETCH(QString, expected);
         ReaderFixture fx;
-        putRow(fx, Now - 10800, threeHoursAgo);
-        fire(fx, Now, current);
-        QCOMPARE(fx.log().getTrend3h(), expected);
+        QCOMPARE(firedAfter(fx, 10800, threeHoursAgo, current).getTrend3h(), expected);
     }
 
     void tendencyNeedsARowThreeHoursOld_data()
@@ -143,8 +143,7 @@ private slots:
         QFETCH(qint64, age);
         QFETCH(bool, shown);
         ReaderFixture fx;
-        putRow(fx, Now - age, 1012.0);
-        fire(fx, Now, 1013.0);
+        firedAfter(fx, age, 1012.0, 1013.0);
         const QString expected = shown ? QStringLiteral("<div align='left'>1.0 mb / 3h</div>")
                                        : QStringLiteral("notOK");
         QCOMPARE(fx.log().getTrend3h(), expected);
@@ -164,8 +163,7 @@ private slots:
     void tendencyIsComputedEvenWithoutCurrentPressure()
     {
         ReaderFixture fx;
-        putRow(fx, Now - 10800, 1012.31);
-        fire(fx, Now, 1013.0);
+        firedAfter(fx, 10800, 1012.31, 1013.0);
         fx.setPressure(-2000.0);
         QCOMPARE(fx.backend().getCurrentPressure(), -2000.0);
         QCOMPARE(fx.log().getTrend3h(), QStringLiteral("<div align='left'>-3012.3 mb / 3h</div>"));
@@ -173,9 +171,7 @@ private slots:
 
     void inchesOfMercuryChangeNeitherTextNorClass_data()
     {
-        QTest::addColumn<int>("unitPre");
-        QTest::newRow("millibars") << 0;
-        QTest::newRow("inches of mercury") << 3;
+        Columns::ints("unitPre", {{"millibars", 0}, {"inches of mercury", 3}});
     }
 
     void inchesOfMercuryChangeNeitherTextNorClass()

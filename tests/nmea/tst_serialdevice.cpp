@@ -26,6 +26,29 @@ private slots:
     void silentDeviceAgesOutWithoutRetry();
 
 private:
+    // The device on a fast link in its own folder, with `extra` on its command line, and
+    // the application reading it over the serial source.
+    struct Reading
+    {
+        explicit Reading(const QStringList& extra = {}) : path(startDevice(device, folder, extra)) {}
+
+        // Starts the serial source and waits for the first pressure.
+        bool firstPressure()
+        {
+            if (path.isEmpty())
+                return false;
+            startSerial(b, path);
+            return QTest::qWaitFor([this] { return b.getSerialPressure() > 900.0; }, 5000);
+        }
+
+        TestDataFolder folder;
+        DeviceSim device;
+        const QString path;
+        // Made before the worker thread, which logs from the start.
+        MessageLog log;
+        BackEnd b;
+    };
+
     // Settings with no receiver, and the device on a link in `folder`, fast, with `extra`
     // on its command line; the path to give the serial port, empty on failure.
     static QString startDevice(DeviceSim& device, const TestDataFolder& folder, const QStringList& extra = {})
@@ -47,128 +70,100 @@ void TestSerialDevice::cleanup()
 void TestSerialDevice::unpluggedDeviceIsRetriedAndReadingsReturnWithoutRestart()
 {
     NmeaSource::setRetryIntervalMs(500);
-    TestDataFolder folder;
-    DeviceSim device;
-    const QString path = startDevice(device, folder);
-    QVERIFY(!path.isEmpty());
-    // Made before the worker thread, which logs from the start.
-    MessageLog log;
-    BackEnd b;
-    startSerial(b, path);
-    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
-    NmeaReceiver* receiver = b.getReceiver();
+    Reading r;
+    QVERIFY(r.firstPressure());
+    NmeaReceiver* receiver = r.b.getReceiver();
 
-    log.clear();
+    r.log.clear();
     QElapsedTimer sinceUnplug;
     sinceUnplug.start();
-    device.command(QStringLiteral("vanish"));
+    r.device.command(QStringLiteral("vanish"));
     // Withdrawn at once, not after the 60 s a reading lives.
-    QTRY_COMPARE_WITH_TIMEOUT(b.getSerialPressure(), -2000.0, 1000);
-    QCOMPARE(b.getCurrentPressure(), -2000.0);
-    QCOMPARE(log.count(QStringLiteral("error occured on port")), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(r.b.getSerialPressure(), -2000.0, 1000);
+    QCOMPARE(r.b.getCurrentPressure(), -2000.0);
+    QCOMPARE(r.log.count(QStringLiteral("error occured on port")), 1);
     // Retried every interval while the device stays away.
-    QTRY_VERIFY_WITH_TIMEOUT(log.count(QStringLiteral("error opening serial port")) >= 3, 4000);
-    const int attempts = log.count(QStringLiteral("error opening serial port"));
+    QTRY_VERIFY_WITH_TIMEOUT(r.log.count(QStringLiteral("error opening serial port")) >= 3, 4000);
+    const int attempts = r.log.count(QStringLiteral("error opening serial port"));
     QVERIFY2(attempts <= sinceUnplug.elapsed() / 500 + 1, qPrintable(QString::number(attempts)));
 
     QElapsedTimer sinceReplug;
-    device.command(QStringLiteral("return"));
-    QCOMPARE(device.nextPath(), path);
+    r.device.command(QStringLiteral("return"));
+    QCOMPARE(r.device.nextPath(), r.path);
     sinceReplug.start();
-    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
+    QTRY_VERIFY_WITH_TIMEOUT(r.b.getSerialPressure() > 900.0, 5000);
     // By one of the next retries at the shortened interval, plus the device's own interval:
     // far below the 10 s the real interval would take. The pace of the retries themselves
     // is checked above.
     QVERIFY2(sinceReplug.elapsed() < 2500, qPrintable(QString::number(sinceReplug.elapsed())));
-    QCOMPARE(b.getReceiver(), receiver);
+    QCOMPARE(r.b.getReceiver(), receiver);
 }
 
 void TestSerialDevice::readingsReturnWithinOneRealRetryAfterReplug()
 {
     // On the real 10000 ms retry.
-    TestDataFolder folder;
-    DeviceSim device;
-    const QString path = startDevice(device, folder);
-    QVERIFY(!path.isEmpty());
-    MessageLog log;
-    BackEnd b;
-    startSerial(b, path);
-    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
+    Reading r;
+    QVERIFY(r.firstPressure());
 
-    log.clear();
-    device.command(QStringLiteral("vanish"));
-    QTRY_COMPARE_WITH_TIMEOUT(b.getSerialPressure(), -2000.0, 1000);
+    r.log.clear();
+    r.device.command(QStringLiteral("vanish"));
+    QTRY_COMPARE_WITH_TIMEOUT(r.b.getSerialPressure(), -2000.0, 1000);
     QElapsedTimer sinceLoss;
     sinceLoss.start();
     QTest::qWait(2000);
-    device.command(QStringLiteral("return"));
-    QCOMPARE(device.nextPath(), path);
-    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 12000);
+    r.device.command(QStringLiteral("return"));
+    QCOMPARE(r.device.nextPath(), r.path);
+    QTRY_VERIFY_WITH_TIMEOUT(r.b.getSerialPressure() > 900.0, 12000);
     const qint64 elapsed = sinceLoss.elapsed();
     // The port is opened again by the retry 10 s after the loss, not before (a coarse
     // timer may fire up to 5 % early).
     QVERIFY2(elapsed >= 9400 && elapsed < 11000, qPrintable(QString::number(elapsed)));
-    QCOMPARE(log.count(QStringLiteral("error opening serial port")), 0);
+    QCOMPARE(r.log.count(QStringLiteral("error opening serial port")), 0);
 }
 
 void TestSerialDevice::noiseFromTheDeviceIsStripped()
 {
-    TestDataFolder folder;
-    DeviceSim device;
-    const QString path = startDevice(device, folder, {QStringLiteral("--noise")});
-    QVERIFY(!path.isEmpty());
-    MessageLog log;
-    BackEnd b;
-    startSerial(b, path);
-    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
+    Reading r({QStringLiteral("--noise")});
+    QVERIFY(r.firstPressure());
     QTest::qWait(500);
     // Lines of noise alone vanish; noise ahead of a sentence is stripped.
-    QCOMPARE(log.count(QStringLiteral("message rejected by NMEA module")), 0);
+    QCOMPARE(r.log.count(QStringLiteral("message rejected by NMEA module")), 0);
 }
 
 void TestSerialDevice::linesWithoutEndGiveNoReadingUntilEnded()
 {
-    TestDataFolder folder;
-    DeviceSim device;
-    const QString path = startDevice(device, folder, {QStringLiteral("--no-end")});
-    QVERIFY(!path.isEmpty());
-    BackEnd b;
-    startSerial(b, path);
+    Reading r({QStringLiteral("--no-end")});
+    QVERIFY(!r.path.isEmpty());
+    startSerial(r.b, r.path);
     QTest::qWait(1500);
-    QCOMPARE(b.getSerialPressure(), -2000.0);
-    auto* serial = qobject_cast<NmeaSourceSerial*>(onReceiverThread(b.getReceiver(), [&] {
-        return b.getReceiver()->getSources().value(0);
+    QCOMPARE(r.b.getSerialPressure(), -2000.0);
+    auto* serial = qobject_cast<NmeaSourceSerial*>(onReceiverThread(r.b.getReceiver(), [&] {
+        return r.b.getReceiver()->getSources().value(0);
     }));
     QVERIFY(serial);
-    QVERIFY(onReceiverThread(b.getReceiver(), [&] { return serial->getBuffer().size(); }) > 200);
+    QVERIFY(onReceiverThread(r.b.getReceiver(), [&] { return serial->getBuffer().size(); }) > 200);
 
-    device.command(QStringLiteral("noend off"));
-    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 3000);
+    r.device.command(QStringLiteral("noend off"));
+    QTRY_VERIFY_WITH_TIMEOUT(r.b.getSerialPressure() > 900.0, 3000);
 }
 
 void TestSerialDevice::silentDeviceAgesOutWithoutRetry()
 {
     NmeaSource::setRetryIntervalMs(200);
-    TestDataFolder folder;
-    DeviceSim device;
-    const QString path = startDevice(device, folder);
-    QVERIFY(!path.isEmpty());
-    MessageLog log;
-    BackEnd b;
-    startSerial(b, path);
-    QTRY_VERIFY_WITH_TIMEOUT(b.getSerialPressure() > 900.0, 5000);
-    device.command(QStringLiteral("silent on"));
+    Reading r;
+    QVERIFY(r.firstPressure());
+    r.device.command(QStringLiteral("silent on"));
     QTest::qWait(300);
-    log.clear();
+    r.log.clear();
     QTest::qWait(800);
-    const double last = b.getSerialPressure();
+    const double last = r.b.getSerialPressure();
     QVERIFY(last > 900.0);
     // The port stays open and quiet: nothing to retry, nothing said.
-    QVERIFY2(log.messages().isEmpty(), qPrintable(log.messages().join(QLatin1Char('|'))));
-    QCOMPARE(b.getCurrentPressure(), last);
+    QVERIFY2(r.log.messages().isEmpty(), qPrintable(r.log.messages().join(QLatin1Char('|'))));
+    QCOMPARE(r.b.getCurrentPressure(), last);
     Clock::advanceMonotonicMs(60000);
-    QCOMPARE(b.getCurrentPressure(), -2000.0);
-    QCOMPARE(b.getSerialPressure(), last);
+    QCOMPARE(r.b.getCurrentPressure(), -2000.0);
+    QCOMPARE(r.b.getSerialPressure(), last);
 }
 
 QTEST_MAIN(TestSerialDevice)

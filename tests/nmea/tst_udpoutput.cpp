@@ -76,9 +76,7 @@ private slots:
 
     void timerOnlyWithOutputOn_data()
     {
-        QTest::addColumn<int>("udpOut");
-        QTest::newRow("output on makes the timer") << 1;
-        QTest::newRow("output off makes none") << 0;
+        Columns::ints("udpOut", {{"output on makes the timer", 1}, {"output off makes none", 0}});
     }
 
     void timerOnlyWithOutputOn()
@@ -146,9 +144,7 @@ private slots:
 
     void tickSendsTheRawPressureOnUpdPort_data()
     {
-        QTest::addColumn<int>("port");
-        QTest::newRow("default port 10110") << -1;
-        QTest::newRow("port from updPort") << 20800;
+        Columns::ints("port", {{"default port 10110", -1}, {"port from updPort", 20800}});
     }
 
     void tickSendsTheRawPressureOnUpdPort()
@@ -350,9 +346,7 @@ private slots:
 
     void mdaOnlyWhenSwitchedOn_data()
     {
-        QTest::addColumn<int>("mda");
-        QTest::newRow("MDA off sends the XDR alone") << 0;
-        QTest::newRow("MDA on sends both") << 1;
+        Columns::ints("mda", {{"MDA off sends the XDR alone", 0}, {"MDA on sends both", 1}});
     }
 
     void mdaOnlyWhenSwitchedOn()

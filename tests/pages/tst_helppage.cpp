@@ -4,6 +4,7 @@
 
 #include "app/BackEnd.h"
 #include "app/TranslationHandler.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -162,9 +163,7 @@ private slots:
 
     void theTextTakesTheThemesColour_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::newRow("light") << 0;
-        QTest::newRow("dark") << 1;
+        Columns::ints("theme", {{"light", 0}, {"dark", 1}});
     }
 
     void theTextTakesTheThemesColour()

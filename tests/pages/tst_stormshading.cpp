@@ -3,6 +3,7 @@
 #include "PageHarness.h"
 
 #include "tests/log/BuoyRecord.h"
+#include "tests/support/Columns.h"
 #include "tools/DemoLog.h"
 
 #include <QtCore/QDir>
@@ -128,9 +129,7 @@ private:
     // The value of the setting "theme", for a test in each.
     static void bothThemes()
     {
-        QTest::addColumn<int>("theme");
-        QTest::newRow("light") << 0;
-        QTest::newRow("dark") << 1;
+        Columns::ints("theme", {{"light", 0}, {"dark", 1}});
     }
 
     static QColor material(PageHarness& h, const char* expression)

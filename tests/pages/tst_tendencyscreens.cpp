@@ -6,6 +6,7 @@
 #include "log/Barogram.h"
 #include "log/DataSource.h"
 #include "nmea/NmeaSourceType.h"
+#include "tests/support/Columns.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QImage>
@@ -54,9 +55,7 @@ private slots:
 
     void pages_data()
     {
-        QTest::addColumn<int>("theme");
-        QTest::newRow("light") << 0;
-        QTest::newRow("dark") << 1;
+        Columns::ints("theme", {{"light", 0}, {"dark", 1}});
     }
 
     void pages()

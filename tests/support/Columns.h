@@ -3,6 +3,9 @@
 
 #include <QtTest/QTest>
 
+#include <initializer_list>
+#include <utility>
+
 // Declares the columns of a data-driven test in one statement, the types in the order of
 // the names: Columns::add<QString, bool>("text", "ok").
 struct Columns
@@ -12,5 +15,14 @@ struct Columns
     {
         static_assert(sizeof...(Types) == sizeof...(Names), "one name for each column type");
         (QTest::addColumn<Types>(names), ...);
+    }
+
+    // One int column and its rows, each a name and a value:
+    // Columns::ints("theme", {{"light", 0}, {"dark", 1}}).
+    static void ints(const char* name, std::initializer_list<std::pair<const char*, int>> rows)
+    {
+        QTest::addColumn<int>(name);
+        for (const auto& [row, value] : rows)
+            QTest::newRow(row) << value;
     }
 };
