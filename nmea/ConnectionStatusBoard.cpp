@@ -3,6 +3,7 @@
 
 #include "nmea/NmeaReceiver.h"
 #include "nmea/SentenceTimes.h"
+#include "util/SanitizerSync.h"
 
 ConnectionStatusBoard::ConnectionStatusBoard(QObject* parent)
     : QObject(parent)
@@ -35,6 +36,7 @@ void ConnectionStatusBoard::follow(NmeaReceiver* receiver)
 
 void ConnectionStatusBoard::take(int fromGeneration, const ConnectionStatus& status)
 {
+    SanitizerSync::acquire(&NmeaReceiver::staticMetaObject);
     if (fromGeneration != generation || status.channel < 0 || status.channel >= ChannelCount)
         return;
     statuses[status.channel] = status;

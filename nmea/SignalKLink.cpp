@@ -5,6 +5,7 @@
 #include "nmea/ReceiverHost.h"
 #include "nmea/SignalKTcpServer.h"
 #include "nmea/SignalKUdpSender.h"
+#include "util/SanitizerSync.h"
 #include "util/SettingKeys.h"
 #include "util/StatePublisher.h"
 
@@ -39,14 +40,20 @@ SignalKLink::Settings SignalKLink::settingsNow()
 void SignalKLink::start()
 {
     const QByteArray meta = SignalKDelta::meta(QDateTime::currentMSecsSinceEpoch());
+    // The copy a queued receiver of the status makes is read on its own thread, after a
+    // hand-off through Qt's event queue that the thread sanitizer cannot see.
+    const auto pass = [this](const SignalKStatus& status) {
+        SanitizerSync::release(&SignalKLink::staticMetaObject);
+        emit statusChanged(status);
+    };
     if (settings.tcpOn) {
         tcp = new SignalKTcpServer(this);
-        connect(tcp, &SignalKTcpServer::statusChanged, this, &SignalKLink::statusChanged);
+        connect(tcp, &SignalKTcpServer::statusChanged, this, pass);
         tcp->start(static_cast<quint16>(settings.tcpPort), meta);
     }
     if (settings.udpOn) {
         udp = new SignalKUdpSender(this);
-        connect(udp, &SignalKUdpSender::statusChanged, this, &SignalKLink::statusChanged);
+        connect(udp, &SignalKUdpSender::statusChanged, this, pass);
         udp->start(settings.udpHost, static_cast<quint16>(settings.udpPort), meta);
     }
     poll.start(pollMs());

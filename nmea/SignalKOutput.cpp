@@ -58,6 +58,7 @@ void SignalKOutput::restart()
 
 void SignalKOutput::take(int fromGeneration, const SignalKStatus& status)
 {
+    SanitizerSync::acquire(&SignalKLink::staticMetaObject);
     if (fromGeneration != generation)
         return;
     if (status.channel == SignalKStatus::TcpServer)
