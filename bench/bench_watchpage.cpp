@@ -3,6 +3,7 @@
 // each on one kept-alive connection as a phone's browser keeps it; and what the running
 // application costs the processor while no phone asks, with the page on and with it off.
 
+#include "tests/support/FreePort.h"
 #include "tests/support/HttpClient.h"
 #include "tests/support/LogFixture.h"
 
@@ -122,7 +123,7 @@ int main(int argc, char** argv)
     qInstallMessageHandler(quiet);
     LogFixture log;
     fixture = &log;
-    port = HttpClient::freePort();
+    port = FreePort::tcp();
     fixture->backEnd().getWatchPage().apply(true, port, true);
     // A tick published, and the page's texts made once on this thread, as a first phone has them made.
     fixture->backEnd().setCurrentPressure(1013.0, Serial);

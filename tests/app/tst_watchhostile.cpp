@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/support/FreePort.h"
 #include "tests/support/HttpClient.h"
 #include "tests/support/LogFixture.h"
 #include "tests/support/NmeaTestKit.h"
@@ -72,7 +73,7 @@ private slots:
     void initTestCase()
     {
         fixture = std::make_unique<LogFixture>();
-        port = HttpClient::freePort();
+        port = FreePort::tcp();
         QVERIFY(port);
         fixture->backEnd().getWatchPage().apply(true, port, true);
         QCOMPARE(server().state(), WatchServer::State::Serving);

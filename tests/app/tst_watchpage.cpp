@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/support/FreePort.h"
 #include "tests/support/HttpClient.h"
 #include "tests/support/LogFixture.h"
 
@@ -111,7 +112,7 @@ private slots:
         spanCalls = 0;
         barogramCalls = 0;
         page = std::make_unique<WatchPage>(sources());
-        port = HttpClient::freePort();
+        port = FreePort::tcp();
         QVERIFY(port != 0);
         page->apply(true, port, true);
         QCOMPARE(page->server().state(), WatchServer::State::Serving);

@@ -4,6 +4,7 @@
 #include "PageHarness.h"
 #include "PageInput.h"
 #include "tests/support/Columns.h"
+#include "tests/support/FreePort.h"
 #include "tests/support/NetworkNamespace.h"
 #include "tests/support/PseudoTerminal.h"
 
@@ -14,7 +15,6 @@
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
-#include <QtCore/QRandomGenerator>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
@@ -40,28 +40,16 @@ namespace {
 
 constexpr qint64 T0 = 1700000040;
 
-// A random port at or above 6000 that `isFree` accepts; 0 if none turns up.
-template <typename Probe>
-quint16 randomPort(Probe isFree)
-{
-    for (int attempt = 0; attempt < 200; ++attempt) {
-        const auto port = static_cast<quint16>(QRandomGenerator::global()->bounded(20000, 60000));
-        if (isFree(port))
-            return port;
-    }
-    return 0;
-}
-
 // A UDP port that nothing on this machine holds now.
 quint16 freeUdpPort()
 {
-    return randomPort([](quint16 port) { return QUdpSocket().bind(QHostAddress::Any, port); });
+    return FreePort::find([](quint16 port) { return QUdpSocket().bind(QHostAddress::Any, port); });
 }
 
 // A TCP port on the loopback where nothing listens now.
 quint16 closedTcpPort()
 {
-    return randomPort([](quint16 port) { return QTcpServer().listen(QHostAddress::LocalHost, port); });
+    return FreePort::find([](quint16 port) { return QTcpServer().listen(QHostAddress::LocalHost, port); });
 }
 
 // A TCP server on the loopback that never answers a new connection: its queue is full,
@@ -84,13 +72,10 @@ public:
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        for (int attempt = 0; attempt < 200; ++attempt) {
-            port = static_cast<quint16>(QRandomGenerator::global()->bounded(20000, 60000));
-            address.sin_port = htons(port);
-            if (::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0)
-                break;
-            port = 0;
-        }
+        port = FreePort::find([&](quint16 candidate) {
+            address.sin_port = htons(candidate);
+            return ::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+        });
         if (port == 0 || ::listen(listener, 0) != 0)
             return 0;
         // Fill the queue; nothing is ever accepted.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageDriver.h"
 #include "PageHarness.h"
+#include "tests/support/FreePort.h"
 #include "tests/support/HttpClient.h"
 
 #include "app/BackEnd.h"
@@ -66,7 +67,7 @@ private slots:
 
     void switchedOnAndOffFromThePage()
     {
-        const quint16 port = HttpClient::freePort();
+        const quint16 port = FreePort::tcp();
         QVERIFY(port);
         PageHarness h;
         h.writeSetting("SettingSerialPort", QStringLiteral("None"));
@@ -124,7 +125,7 @@ private slots:
 
     void aPortInUseIsSaid()
     {
-        const quint16 port = HttpClient::freePort();
+        const quint16 port = FreePort::tcp();
         QVERIFY(port);
         QTcpServer holder;
         QVERIFY(holder.listen(QHostAddress::AnyIPv4, port));
@@ -141,7 +142,7 @@ private slots:
     void itServesWhatTheWindowShowsAtTheSameTick()
     {
         constexpr qint64 T0 = 1700000040;
-        const quint16 port = HttpClient::freePort();
+        const quint16 port = FreePort::tcp();
         QVERIFY(port);
         PageHarness h;
         h.writeSetting("SettingSerialPort", QStringLiteral("None"));

@@ -5,7 +5,6 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QList>
-#include <QtCore/QRandomGenerator>
 
 #include <arpa/inet.h>
 #include <cerrno>
@@ -60,23 +59,6 @@ bool HttpClient::closedByPeer(int fd, int timeoutMs)
             return true;
     }
     return false;
-}
-
-quint16 HttpClient::freePort()
-{
-    for (int attempt = 0; attempt < 200; ++attempt) {
-        const auto port = quint16(QRandomGenerator::global()->bounded(20000, 60000));
-        const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_in address {};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(port);
-        address.sin_addr.s_addr = htonl(INADDR_ANY);
-        const bool free = ::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-        ::close(fd);
-        if (free)
-            return port;
-    }
-    return 0;
 }
 
 HttpReply HttpClient::exchange(quint16 port, const QByteArray& request, int timeoutMs)

@@ -41,6 +41,4 @@ public:
     static int connectFrom(quint16 port, const char* from = "127.0.0.1");
     // Whether the peer has closed `fd` (end of file or reset) within `timeoutMs`.
     static bool closedByPeer(int fd, int timeoutMs);
-    // A loopback TCP port where nothing listens now.
-    static quint16 freePort();
 };
