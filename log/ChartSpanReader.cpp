@@ -10,6 +10,7 @@
 #include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -36,7 +37,8 @@ void ChartSpanReader::axisBounds(double min, double max, double& low, double& hi
         high += 1.0;
 }
 
-ChartSpan ChartSpanReader::read(QSqlDatabase& database, const QString& table, int chartNb, int interval)
+ChartSpan ChartSpanReader::read(QSqlDatabase& database, const QString& table, int chartNb, int interval,
+                                QVector<StormMarks::Row>& rows)
 {
     ChartSpan span;
     span.chartNb = chartNb;
@@ -74,7 +76,9 @@ ChartSpan ChartSpanReader::read(QSqlDatabase& database, const QString& table, in
         min = qMin(min, y);
         max = qMax(max, y);
         previousTime = time;
+        rows.append(StormMarks::Row{time, query.value(LogRow::Pre).toDouble()});
     }
+    std::reverse(rows.begin(), rows.end());
 
     axisBounds(min, max, span.min, span.max);
     return span;

@@ -16,7 +16,10 @@ public:
     ChartSpanReader() = delete;
 
     // The caller holds the log's lock. Reads the settings and the present pressure now.
-    static ChartSpan read(QSqlDatabase& database, const QString& table, int chartNb, int interval);
+    // Into `rows` go the raw readings of the same scan, oldest first, for the storm marks:
+    // the table is read once for both.
+    static ChartSpan read(QSqlDatabase& database, const QString& table, int chartNb, int interval,
+                          QVector<StormMarks::Row>& rows);
 
     // The y-axis bounds around the values from `min` to `max`, in the chosen unit. The start
     // values of an empty table stay crossed over: the negative max tells the page.

@@ -187,9 +187,8 @@ QPointF DataSource::lastFix(int tableNb)
 void DataSource::updateChart(const int& chartNb)
 {
     QMutexLocker locker(&mutex);
-    const ChartSpan span = readSpan(chartNb);
+    const ChartSpan span = readSpan(chartNb, storms);
     const ChartFeed::Frame frame = chart.keep(span);
-    markStorms(storms, chartNb, span);
     // Still under the lock: the page's handler runs inside this emission and may only call
     // what takes no lock.
     emit chartUpdated(QVariant(frame.now), frame.low, frame.high, frame.seriesCount);
@@ -198,24 +197,20 @@ void DataSource::updateChart(const int& chartNb)
 ChartSpan DataSource::readChart(int chartNb)
 {
     QMutexLocker locker(&mutex);
-    ChartSpan span = readSpan(chartNb);
     // Marks of its own: the page's stay those of the page's chart.
     StormMarks marks;
-    markStorms(marks, chartNb, span);
+    ChartSpan span = readSpan(chartNb, marks);
     span.storms = marks.periods();
     return span;
 }
 
-ChartSpan DataSource::readSpan(int chartNb)
-{
-    return ChartSpanReader::read(store.connection(), tableNames.at(chartNb), chartNb, tableIntervals.at(chartNb));
-}
-
-void DataSource::markStorms(StormMarks& marks, int chartNb, const ChartSpan& span)
+ChartSpan DataSource::readSpan(int chartNb, StormMarks& marks)
 {
     const int interval = tableIntervals.at(chartNb);
-    marks.recompute(store.connection(), tableNames.at(chartNb), interval, ChartSpanReader::gapLimit(interval),
-                    span.now, span.secondsPerUnit);
+    QVector<StormMarks::Row> rows;
+    const ChartSpan span = ChartSpanReader::read(store.connection(), tableNames.at(chartNb), chartNb, interval, rows);
+    marks.recompute(rows, interval, ChartSpanReader::gapLimit(interval), span.now, span.secondsPerUnit);
+    return span;
 }
 
 // Takes no lock: it is called from the handler of chartUpdated.

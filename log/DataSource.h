@@ -105,9 +105,9 @@ public:
 private:
     // The trend class of the row just written; runs under addData's lock.
     void setTrend();
-    ChartSpan readSpan(int chartNb);
+    // The chart's span, and into `marks` the storms found in the same scan of the table.
+    ChartSpan readSpan(int chartNb, StormMarks& marks);
     bool rowsForExport(QSqlQuery& query, int tableNb);
-    void markStorms(StormMarks& marks, int chartNb, const ChartSpan& span);
     // What the application installed. The log is made after it, and every reader but the
     // database path leans on it being there.
     static LogHost& host();

@@ -2,16 +2,12 @@
 #include "log/StormMarks.h"
 
 #include <QtCore/QVariantMap>
-#include <QtSql/QSqlDatabase>
-#include <QtSql/QSqlQuery>
 
 #include <algorithm>
 #include <cmath>
 #include <optional>
 
 namespace {
-const QString RowsOldestFirst = QStringLiteral("SELECT TIME, PRE FROM %1 ORDER BY TIME");
-
 using Row = StormMarks::Row;
 
 // How far the pressure fell since the row nearest `age` seconds before row `i`, when that
@@ -67,23 +63,13 @@ QVector<StormPeriod> StormMarks::find(const QVector<Row>& rows, int interval, do
     return periods;
 }
 
-void StormMarks::recompute(const QSqlDatabase& database, const QString& table, int interval, double gapLimit,
-                           qint64 now, double secondsPerUnit)
+void StormMarks::recompute(const QVector<Row>& rows, int interval, double gapLimit, qint64 now, double secondsPerUnit)
 {
     found.clear();
     chartNow = now;
     xUnit = secondsPerUnit;
-    if (!PressureWarning::enabledInSettings())
-        return;
-
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    if (!query.exec(RowsOldestFirst.arg(table)))
-        return;
-    QVector<Row> rows;
-    while (query.next())
-        rows.append(Row{query.value(0).toLongLong(), query.value(1).toDouble()});
-    found = find(rows, interval, gapLimit, PressureWarning::thresholdsFromSettings());
+    if (PressureWarning::enabledInSettings())
+        found = find(rows, interval, gapLimit, PressureWarning::thresholdsFromSettings());
 }
 
 QVariantList StormMarks::chartPeriods() const

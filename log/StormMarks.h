@@ -8,7 +8,6 @@
 #include <QtCore/QVariant>
 #include <QtCore/QVector>
 
-class QSqlDatabase;
 
 // A stretch of a log table in which the warning or the alarm held: from the row that
 // raised the level to the row that ended it or the table's newest, in seconds since the
@@ -46,11 +45,10 @@ public:
     // half the table's spacing, and never less than the warning's own 30 s.
     static double tolerance(int interval);
 
-    // Run by updateChart under the log's lock: the periods of `table` as the warning's
-    // switch and thresholds in the settings now make them, for a chart whose x = 0 stands
-    // for `now` and whose x unit is `secondsPerUnit`.
-    void recompute(const QSqlDatabase& database, const QString& table, int interval, double gapLimit, qint64 now,
-                   double secondsPerUnit);
+    // Run by updateChart under the log's lock: the periods of a table's `rows`, oldest first,
+    // as the warning's switch and thresholds in the settings now make them, for a chart
+    // whose x = 0 stands for `now` and whose x unit is `secondsPerUnit`.
+    void recompute(const QVector<Row>& rows, int interval, double gapLimit, qint64 now, double secondsPerUnit);
 
     const QVector<StormPeriod>& periods() const { return found; }
     // The periods of the latest chart as the page shades them: maps of "start" and "end" in
