@@ -4,6 +4,7 @@
 #include "app/PressureUnits.h"
 #include "app/SignalKStatusText.h"
 #include "nmea/NmeaSourceSerial.h"
+#include "util/Pressure.h"
 #include "util/SettingKeys.h"
 #include "util/SettingsReader.h"
 
@@ -180,7 +181,7 @@ WarningState BackEnd::getWarningState() const
 
 QString BackEnd::getPressureUnit()
 {
-    return StateAssembler::unitName(unitSetting(settingsAccess));
+    return QString::fromLatin1(Pressure::unitName(unitSetting(settingsAccess)));
 }
 
 double BackEnd::convertToHpa(double value)

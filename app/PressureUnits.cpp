@@ -33,14 +33,13 @@ double PressureUnits::fromHpa(double hpa, int unit)
 
 QString PressureUnits::preview(double hpa, int unit, double offset, int levelType, double levelValue)
 {
-    static const char* const suffixes[] = {" mb", " hPa", " kPa", " inHg", " mmHg"};
-    const bool known = unit >= 0 && unit < Pressure::UnitCount;
+    const QString name = QString::fromLatin1(Pressure::unitName(unit));
     double value = fromHpa(hpa + offset, unit);
     if (levelType != 1)
         value /= Pressure::seaLevelFactor(levelValue);
     const int decimals = unit == Pressure::InHg ? 3 : 2;
     return QStringLiteral("%1").arg(value, 0, 'f', decimals, QLatin1Char(' '))
-            + (known ? QString::fromLatin1(suffixes[unit]) : QString());
+            + (name.isEmpty() ? QString() : QLatin1Char(' ') + name);
 }
 
 QString PressureUnits::inMb(double value)

@@ -20,12 +20,6 @@ double orUnknown(std::optional<double> value)
 }
 }
 
-QString StateAssembler::unitName(int unit)
-{
-    static const char* const names[] = {"mb", "hPa", "kPa", "inHg", "mmHg"};
-    return unit < 0 || unit >= Pressure::UnitCount ? QString() : QString::fromLatin1(names[unit]);
-}
-
 ShownState StateAssembler::assemble(const Tick& tick, const ShownState& previous, const QSettings& settings,
                                     DataSource* log)
 {
@@ -37,7 +31,7 @@ ShownState StateAssembler::assemble(const Tick& tick, const ShownState& previous
     state.pressureText = tick.shown ? tick.pressureText : previous.pressureText;
 
     state.unit = settings.value(SettingKey::UnitPre, SettingDefault::UnitPre).toInt();
-    state.unitText = unitName(state.unit);
+    state.unitText = QString::fromLatin1(Pressure::unitName(state.unit));
     state.level = settings.value(SettingKey::PreDisplay, SettingDefault::PreDisplay).toInt();
     // The pages' own words, so that the state reads as the caption does.
     state.levelText = state.level == 0 ? QCoreApplication::translate("BaroH", "Sea Level Pressure (QNH)")

@@ -41,7 +41,4 @@ public:
     // `previous` gives the strings a tick that showed nothing leaves on the pages.
     static ShownState assemble(const Tick& tick, const ShownState& previous, const QSettings& settings,
                                DataSource* log);
-
-    // The unit's name as the pages write it; empty for an index out of range.
-    static QString unitName(int unit);
 };

@@ -3,6 +3,7 @@
 
 #include "log/DataSource.h"
 #include "log/LogHost.h"
+#include "util/Pressure.h"
 #include "util/SettingKeys.h"
 #include "util/Util.h"
 
@@ -22,25 +23,8 @@ CsvExport::CsvExport(QIODevice* device)
     // therefore name another zone than the rows carry.
     timeZone = settings->value(SettingKey::TimeZone, SettingDefault::TimeZoneAtExport).toInt();
     unitEle = settings->value(SettingKey::UnitEle, SettingDefault::UnitEle).toInt();
-    switch (settings->value(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()) {
-    case 0:
-        pressureUnit = QStringLiteral("mb");
-        break;
-    case 1:
-        pressureUnit = QStringLiteral("hPa");
-        break;
-    case 2:
-        pressureUnit = QStringLiteral("kPa");
-        break;
-    case 3:
-        pressureUnit = QStringLiteral("inHg");
-        break;
-    case 4:
-        pressureUnit = QStringLiteral("mmHg");
-        break;
-    default:
-        break;
-    }
+    pressureUnit = QString::fromLatin1(
+            Pressure::unitName(settings->value(SettingKey::UnitPre, SettingDefault::UnitPre).toInt()));
 
     stream.setDevice(device);
     stream.setCodec("ISO 8859-1");

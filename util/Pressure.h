@@ -27,6 +27,26 @@ enum Unit : int {
 };
 constexpr int UnitCount = 5;
 
+// The unit's name as the pages, the published state and the CSV header write it; empty
+// for an index out of range.
+constexpr const char* unitName(int unit)
+{
+    switch (unit) {
+    case Mb:
+        return "mb";
+    case Hpa:
+        return "hPa";
+    case Kpa:
+        return "kPa";
+    case InHg:
+        return "inHg";
+    case MmHg:
+        return "mmHg";
+    default:
+        return "";
+    }
+}
+
 // From hPa into the unit; the other way is the division by the same factor. Util's
 // formatting routines hold a copy of their own on purpose (see util/Util.cpp).
 // kPa both ways: the log multiplies by 0.1, BackEnd divides by 10.0; the two differ in the
